@@ -1,0 +1,33 @@
+#include "Core/ObjectRecords.h"
+
+namespace Core {
+
+std::uint32_t ObjectRecords::lastOperation(std::uint32_t objectId) const
+{
+    const auto record = m_lastOperations.find(objectId);
+    return record == m_lastOperations.end() ? 0 : record->second;
+}
+
+void ObjectRecords::setLastOperation(std::uint32_t objectId, std::uint32_t operationId)
+{
+    m_lastOperations[objectId] = operationId;
+}
+
+bool ObjectRecords::isLatticeStale(std::uint32_t objectId) const
+{
+    const auto record = m_staleLattices.find(objectId);
+    return record == m_staleLattices.end() || record->second;
+}
+
+void ObjectRecords::setLatticeStale(std::uint32_t objectId, bool stale)
+{
+    m_staleLattices[objectId] = stale;
+}
+
+void ObjectRecords::clear()
+{
+    m_lastOperations.clear();
+    m_staleLattices.clear();
+}
+
+} // namespace Core

@@ -1,0 +1,264 @@
+#include "Model/Automaton/TotalVolumePainter.h"
+
+#include "Model/Automaton/DirectFaceBuilder.h"
+#include "Model/Automaton/TotalVolume.h"
+#include "Model/Automaton/Voxel.h"
+#include "Model/Materials/MaterialFactory.h"
+
+#include <QMutexLocker>
+
+#include <GL/gl.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace Model::Automaton {
+
+using Geometry::FaceList;
+using Geometry::QuadFace;
+
+namespace {
+
+/// The masks float this many layers of cells below and above the volume.
+constexpr float MaskGap = 5.0f;
+
+/// Adds the quads to an open GL_QUADS batch.
+void emitQuads(const FaceList &faces, const float (QuadFace::*color)[4])
+{
+    faces.forEach([color](const QuadFace &face) {
+        glNormal3fv(face.normal);
+        glColor4fv(face.*color);
+        for (const float(&vertex)[3] : face.vertices)
+            glVertex3fv(vertex);
+    });
+}
+
+void drawQuads(const FaceList &faces)
+{
+    glBegin(GL_QUADS);
+    emitQuads(faces, &QuadFace::color);
+    glEnd();
+}
+
+/// For what is drawn over the opaque picture without hiding anything: blended, both sides, depth
+/// test on, depth writes off. Ended by glPopAttrib.
+void pushTransparentState()
+{
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glEnable(GL_BLEND);
+    // 0 names no side: the call is refused and culling stays on the back. Pictures rely on it.
+    glCullFace(0);
+    glDepthMask(GL_FALSE);
+}
+
+} // namespace
+
+TotalVolumePainter::TotalVolumePainter(TotalVolume *volume)
+    : m_materials(Materials::MaterialFactory::instance()),
+      m_volume(volume),
+      m_wasSelected(!volume->isSelected()),
+      m_displayList(glGenLists(1)),
+      m_cellSizeX(volume->cellSizeX()),
+      m_cellSizeY(volume->cellSizeY()),
+      m_cellSizeZ(volume->cellSizeZ())
+{
+    setCutLimits({0, 0, 0}, {volume->sizeX(), volume->sizeY(), volume->sizeZ()});
+}
+
+TotalVolumePainter::~TotalVolumePainter()
+{
+    if (m_displayList != 0)
+        glDeleteLists(m_displayList, 1);
+}
+
+void TotalVolumePainter::rebuild()
+{
+    rebuildDirectFaces();
+    if (m_showEmptyVoxels)
+        rebuildEmptyFaces();
+}
+
+void TotalVolumePainter::rebuildDirectFaces()
+{
+    m_opaqueFaces.clear();
+    m_transparentFaces.clear();
+    reloadColors();
+    const Voxel *voxels = m_volume->voxels();
+    DirectFaceBuilder(voxels, {m_volume->sizeX(), m_volume->sizeY(), m_volume->sizeZ()},
+                      {m_cellSizeX, m_cellSizeY, m_cellSizeZ}, m_limits, m_palette)
+        .buildFaces(m_opaqueFaces, m_transparentFaces);
+    m_volume->releaseVoxels();
+}
+
+void TotalVolumePainter::rebuildEmptyFaces()
+{
+    m_emptyFaces.clear();
+    const Voxel *voxels = m_volume->voxels();
+    DirectFaceBuilder(voxels, {m_volume->sizeX(), m_volume->sizeY(), m_volume->sizeZ()},
+                      {m_cellSizeX, m_cellSizeY, m_cellSizeZ}, m_limits, m_palette)
+        .buildEmptyFaces(m_emptyFaces);
+    m_volume->releaseVoxels();
+}
+
+void TotalVolumePainter::reloadColors()
+{
+    m_palette.reload(m_materials->materials());
+}
+
+void TotalVolumePainter::refreshColors()
+{
+    if (m_surfaceAlgorithm != DirectCubic)
+        return;
+    reloadColors();
+    const bool selected = m_volume->isSelected();
+    const auto recolor = [&](QuadFace &face) {
+        MaterialPalette::Color color = m_palette.color(face.voxel->material());
+        if (selected)
+            color = MaterialPalette::highlighted(color);
+        std::memcpy(face.color, color.data(), sizeof face.color);
+        std::memcpy(face.edgeColor, color.data(), sizeof face.edgeColor);
+    };
+    m_opaqueFaces.forEach(recolor);
+    m_transparentFaces.forEach(recolor);
+}
+
+void TotalVolumePainter::draw(bool showSolids, bool showEdges)
+{
+    if (m_hidden)
+        return;
+    if (m_wasSelected != m_volume->isSelected()) {
+        m_wasSelected = !m_wasSelected;
+        refreshColors();
+    }
+    const Util::Vector3D position = m_volume->position();
+    glPushMatrix();
+    glTranslated(position[0], position[1], position[2]);
+    // Without solids the matrix stays pushed; whoever walks the objects restores it.
+    if (!showSolids)
+        return;
+    drawSurface(showEdges);
+    drawTransparentPass();
+}
+
+void TotalVolumePainter::drawSurface(bool showEdges) const
+{
+    if (m_surfaceAlgorithm == MarchingCubes) {
+        // The masks come twice with this surface: here in place, and once more, not translated, in
+        // the pass that follows and that pops a second time.
+        pushTransparentState();
+        drawMasks();
+        glPopAttrib();
+        glPopMatrix();
+    } else if (m_surfaceAlgorithm == DirectCubic) {
+        drawQuads(m_opaqueFaces);
+        if (showEdges)
+            drawDirectEdges();
+    }
+}
+
+void TotalVolumePainter::drawDirectEdges() const
+{
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glDisable(GL_LIGHTING);
+    glEnable(GL_POLYGON_OFFSET_FILL);
+    glPolygonOffset(-2.5f, -2.5f);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    glLineWidth(2.0f);
+    glBegin(GL_QUADS);
+    emitQuads(m_opaqueFaces, &QuadFace::edgeColor);
+    emitQuads(m_transparentFaces, &QuadFace::edgeColor);
+    if (m_showEmptyVoxels)
+        emitQuads(m_emptyFaces, &QuadFace::edgeColor);
+    glEnd();
+    glPopAttrib();
+}
+
+void TotalVolumePainter::drawTransparentPass() const
+{
+    pushTransparentState();
+    if (m_surfaceAlgorithm == DirectCubic)
+        drawQuads(m_transparentFaces);
+    drawMasks();
+    glPopAttrib();
+    glPopMatrix();
+}
+
+void TotalVolumePainter::drawMasks() const
+{
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    m_volume->bottomMaskExtent(width, height);
+    drawMask(m_volume->bottomMask(), width, height, -MaskGap);
+    m_volume->topMaskExtent(width, height);
+    drawMask(m_volume->topMask(), width, height, static_cast<float>(m_volume->sizeZ()) + MaskGap);
+}
+
+void TotalVolumePainter::drawMask(const std::vector<bool> &bits, std::uint32_t width,
+                                  std::uint32_t height, float layer) const
+{
+    const float z = layer * m_cellSizeZ;
+    const std::uint32_t endX = std::min(width, m_volume->sizeX());
+    const std::uint32_t endY = std::min(height, m_volume->sizeY());
+    glDisable(GL_CULL_FACE);
+    glColor4f(0.2f, 0.8f, 0.2f, 0.3f);
+    glNormal3f(0.0f, 0.0f, 1.0f);
+    glBegin(GL_QUADS);
+    for (std::uint32_t x = 0; x < endX; ++x) {
+        for (std::uint32_t y = 0; y < endY; ++y) {
+            const std::size_t bit = std::size_t{x} * height + y;
+            if (bit >= bits.size() || !bits[bit])
+                continue;
+            const float x0 = static_cast<float>(x) * m_cellSizeX;
+            const float x1 = static_cast<float>(x + 1) * m_cellSizeX;
+            const float y0 = static_cast<float>(y) * m_cellSizeY;
+            const float y1 = static_cast<float>(y + 1) * m_cellSizeY;
+            glVertex3f(x0, y0, z);
+            glVertex3f(x1, y0, z);
+            glVertex3f(x1, y1, z);
+            glVertex3f(x0, y1, z);
+        }
+    }
+    glEnd();
+    glEnable(GL_CULL_FACE);
+}
+
+void TotalVolumePainter::drawForPicking() const
+{
+    const float edges[3] = {static_cast<float>(m_volume->sizeX()) * m_cellSizeX,
+                            static_cast<float>(m_volume->sizeY()) * m_cellSizeY,
+                            static_cast<float>(m_volume->sizeZ()) * m_cellSizeZ};
+    const Util::Vector3D position = m_volume->position();
+    glPushMatrix();
+    glTranslated(position[0], position[1], position[2]);
+    glBegin(GL_QUADS);
+    for (const DirectFaceBuilder::FaceShape &shape : DirectFaceBuilder::faceShapes())
+        for (const std::uint8_t(&corner)[3] : shape.corners)
+            glVertex3f(static_cast<float>(corner[0]) * edges[0],
+                       static_cast<float>(corner[1]) * edges[1],
+                       static_cast<float>(corner[2]) * edges[2]);
+    glEnd();
+    glPopMatrix();
+}
+
+void TotalVolumePainter::setCutLimits(const CellTriple &lower, const CellTriple &upper)
+{
+    const QMutexLocker lock(&m_limitsMutex);
+    m_limits = {lower, upper};
+}
+
+void TotalVolumePainter::cutLimits(CellTriple &lower, CellTriple &upper) const
+{
+    const QMutexLocker lock(&m_limitsMutex);
+    lower = m_limits.lower;
+    upper = m_limits.upper;
+}
+
+void TotalVolumePainter::setSurfaceAlgorithm(std::uint32_t algorithm)
+{
+    if (algorithm == m_surfaceAlgorithm)
+        return;
+    m_surfaceAlgorithm = algorithm;
+    rebuildDirectFaces();
+}
+
+} // namespace Model::Automaton

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "Model/Automaton/CutLimits.h"
+#include "Model/Automaton/MaterialPalette.h"
+#include "Model/Geometry/FaceList.h"
+
+#include <QMutex>
+
+#include <boost/shared_ptr.hpp>
+
+#include <cstdint>
+#include <vector>
+
+namespace Model::Materials {
+class MaterialFactory;
+}
+
+namespace Model::Automaton {
+
+class TotalVolume;
+
+/// Turns the cells of one volume into what the 3D view draws. Built with its volume and gone with
+/// it. Whoever changes the cells calls rebuild(); draw() never rebuilds geometry.
+///
+/// Construction, destruction, rebuild() and the draws expect a current OpenGL context on the
+/// calling thread; without one their OpenGL calls have no effect.
+class TotalVolumePainter final
+{
+public:
+    enum SurfaceAlgorithm : std::uint32_t
+    {
+        DirectCubic = 0,
+        MarchingCubes = 1,
+        Octree = 2
+    };
+
+    /// `volume` owns the painter; its sizes and cell sizes are set already.
+    explicit TotalVolumePainter(TotalVolume *volume);
+    ~TotalVolumePainter();
+    TotalVolumePainter(const TotalVolumePainter &) = delete;
+    TotalVolumePainter &operator=(const TotalVolumePainter &) = delete;
+
+    /// Rebuilds every picture. Takes the volume's cell lock; blocks until the strips are done.
+    void rebuild();
+    /// Gives the existing faces the present colours of their materials, highlighted if the volume
+    /// is selected.
+    void refreshColors();
+    /// Draws at the volume's position. May leave the modelview stack changed, see the source.
+    void draw(bool showSolids, bool showEdges);
+    /// Draws the volume's whole box as one pick target, whatever the cut.
+    void drawForPicking() const;
+
+    /// Cells; upper is exclusive and at most the volume's size. Builds nothing.
+    void setCutLimits(const CellTriple &lower, const CellTriple &upper);
+    void cutLimits(CellTriple &lower, CellTriple &upper) const;
+
+    void setHidden(bool hidden) { m_hidden = hidden; }
+    void setShowEmptyVoxels(bool show) { m_showEmptyVoxels = show; }
+    bool showEmptyVoxels() const { return m_showEmptyVoxels; }
+
+    /// A different value rebuilds the direct faces at once; the chosen surface itself is built by
+    /// the next rebuild().
+    void setSurfaceAlgorithm(std::uint32_t algorithm);
+    std::uint32_t surfaceAlgorithm() const { return m_surfaceAlgorithm; }
+
+    const Geometry::FaceList &opaqueFaces() const { return m_opaqueFaces; }
+    const Geometry::FaceList &transparentFaces() const { return m_transparentFaces; }
+    const Geometry::FaceList &emptyFaces() const { return m_emptyFaces; }
+
+private:
+    void rebuildDirectFaces();
+    void rebuildEmptyFaces();
+    void reloadColors();
+    void drawSurface(bool showEdges) const;
+    void drawDirectEdges() const;
+    void drawTransparentPass() const;
+    void drawMasks() const;
+    void drawMask(const std::vector<bool> &bits, std::uint32_t width, std::uint32_t height,
+                  float layer) const;
+
+    boost::shared_ptr<Materials::MaterialFactory> m_materials;
+    TotalVolume *m_volume;
+    bool m_showEmptyVoxels = false;
+    bool m_hidden = false;
+    /// The selection state that the colours show.
+    bool m_wasSelected;
+    std::uint32_t m_surfaceAlgorithm = DirectCubic;
+    unsigned m_displayList;
+    float m_cellSizeX;
+    float m_cellSizeY;
+    float m_cellSizeZ;
+    mutable QMutex m_limitsMutex;
+    CutLimits m_limits;
+    MaterialPalette m_palette;
+    Geometry::FaceList m_opaqueFaces;
+    Geometry::FaceList m_transparentFaces;
+    Geometry::FaceList m_emptyFaces;
+};
+
+} // namespace Model::Automaton

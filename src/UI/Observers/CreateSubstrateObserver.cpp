@@ -1,0 +1,48 @@
+#include "UI/Observers/CreateSubstrateObserver.h"
+
+#include "Core/Operations/CreateSubstrateOperation.h"
+#include "Core/Workspace.h"
+#include "Model/Materials/MaterialFactory.h"
+#include "UI/Operations/CreateSubstrateDialog.h"
+
+#include <boost/pointer_cast.hpp>
+
+#include <cstdint>
+
+namespace Ui::Observers {
+
+CreateSubstrateObserver::CreateSubstrateObserver(Core::Workspace *workspace, QWidget *dialogParent)
+    : m_workspace(workspace),
+      m_dialogParent(dialogParent)
+{}
+
+void CreateSubstrateObserver::update()
+{
+    const auto operation = boost::dynamic_pointer_cast<Core::Operations::CreateSubstrateOperation>(
+        m_workspace->currentOperation());
+    if (!operation)
+        return;
+    Operations::CreateSubstrateDialog dialog(m_dialogParent);
+    dialog.setMaterials(Model::Materials::MaterialFactory::instance()->materials());
+    if (dialog.exec() != QDialog::Accepted) {
+        operation->cancel();
+        return;
+    }
+    std::uint32_t x = 0;
+    std::uint32_t y = 0;
+    std::uint32_t z = 0;
+    if (dialog.isSpherical()) {
+        dialog.center(x, y, z);
+        operation->setSphericalSubstrate(dialog.material(), dialog.totalX(), dialog.totalY(),
+                                         dialog.totalZ(), dialog.position(), x, y, z,
+                                         dialog.radius());
+    } else {
+        dialog.displacement(x, y, z);
+        operation->setBoxSubstrate(dialog.material(), dialog.totalX(), dialog.totalY(),
+                                   dialog.totalZ(), dialog.position(), x, y, z, dialog.sizeX(),
+                                   dialog.sizeY(), dialog.sizeZ());
+    }
+    operation->next();
+}
+
+} // namespace Ui::Observers
