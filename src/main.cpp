@@ -1,22 +1,17 @@
+#include "Model/Process/ProcessFactory.h"
+#include "UI/ApplicationIcon.h"
 #include "UI/MainWindow.h"
 
 #include <QApplication>
-#include <QColor>
-#include <QIcon>
-#include <QPixmap>
 
 int main(int argc, char *argv[])
 {
+    // Both registries are loaded by now, and written where they were missing. The window uses the
+    // materials; the processes have to be named, or the linker leaves them out.
+    static_cast<void>(Model::Process::ProcessFactory::instance());
+
     QApplication application(argc, argv);
-
-    QPixmap pixmap(32, 32);
-    if (!pixmap.load(QStringLiteral("icon.ico"))) {
-        // A failed load leaves the pixmap null.
-        pixmap = QPixmap(32, 32);
-        pixmap.fill(QColor(207, 8, 12, 255));
-    }
-    QApplication::setWindowIcon(QIcon(pixmap));
-
+    QApplication::setWindowIcon(Ui::applicationIcon());
     // Deletes itself on close.
     auto *window = new Ui::MainWindow;
     window->showMaximized();

@@ -66,8 +66,8 @@ Process::Process ProcessArchiver::loadProcess(QXmlStreamReader &reader, bool *ok
 std::vector<std::uint32_t> ProcessArchiver::loadCompatibleMaterials(QXmlStreamReader &reader)
 {
     std::vector<std::uint32_t> ids;
-    // A process without the child so takes the start element of whatever follows it, which is then
-    // not entered itself. It stays so: files are read this way everywhere.
+    // So a process without the child takes the start element that follows it, whatever it is, and
+    // that one is not entered itself. Kept on purpose: users' files have always been read this way.
     if (!moveToNextStartElement(reader)) {
         return ids;
     }

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace Benchmarks {
+
+/// The sizes that every subject is measured at: the default volume, one of six million cells and
+/// one of 26 million.
+struct Size
+{
+    std::uint32_t x;
+    std::uint32_t y;
+    std::uint32_t z;
+
+    std::size_t cells() const { return std::size_t{x} * y * z; }
+};
+
+constexpr Size Small{100, 100, 80};
+constexpr Size Medium{200, 200, 160};
+constexpr Size Large{400, 400, 160};
+
+/// The size whose x count is the argument of a benchmark.
+inline Size sizeOf(std::int64_t x)
+{
+    return x == Small.x ? Small : x == Medium.x ? Medium : Large;
+}
+
+/// Silicon in the lowest 3/8 of the volume, as in the default substrate, and void above.
+inline std::vector<std::uint32_t> waferMaterials(const Size &size)
+{
+    std::vector<std::uint32_t> ids(size.cells(), 0);
+    const std::uint32_t filled = size.z * 3 / 8;
+    for (std::size_t i = 0; i < ids.size(); ++i)
+        if (i % size.z < filled)
+            ids[i] = 1;
+    return ids;
+}
+
+} // namespace Benchmarks

@@ -1,0 +1,114 @@
+#include "Support/WindowDriver.h"
+
+#include "Core/Workspace.h"
+#include "UI/GLWidget.h"
+#include "UI/MainWindow.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QImage>
+#include <QTextStream>
+#include <QWidget>
+
+#include <exception>
+#include <stdexcept>
+
+namespace {
+
+using Support::DialogAnswer;
+using Support::WindowDriver;
+
+/// Plays the window as a user would, and saves a picture at each stop. It fails when a stop does
+/// not show what it should, so that what it leaves behind can be trusted.
+class Tour
+{
+public:
+    explicit Tour(const QDir &folder) : m_folder(folder), m_driver(QSize(1280, 1024)) {}
+
+    void play()
+    {
+        emptyWindow();
+        createSubstrate();
+        sixViews();
+    }
+
+private:
+    void emptyWindow() { save("window", m_driver.screen()); }
+
+    void createSubstrate()
+    {
+        m_driver.trigger("actionCreate_Substrate", {DialogAnswer()
+                                                        .look([this](QWidget &dialog) {
+                                                            save("create-substrate",
+                                                                 dialog.grab().toImage());
+                                                        })
+                                                        .accept()});
+        expect(
+            m_driver.consoleLines().contains("Create Substrate: substrate created successfully."),
+            "the substrate is announced");
+        expect(m_driver.volumes().size() == 1, "there is one volume");
+        // The middle of the wafer belongs in the middle of the window.
+        m_driver.trigger("actionTranslate", {DialogAnswer()
+                                                 .type("dblDistanceX", "-50")
+                                                 .type("dblDistanceY", "-50")
+                                                 .type("dblDistanceZ", "-15")
+                                                 .accept()});
+        m_driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "500").accept()});
+        m_driver.trigger(
+            "actionManual_View",
+            {DialogAnswer().type("dblAngleX", "-60").type("dblAngleZ", "30").accept()});
+        save("substrate", m_driver.screen());
+    }
+
+    void sixViews()
+    {
+        for (const char *view : {"actionFront_View", "actionBack_view", "actionLeft_View",
+                                 "actionRight_View", "actionTop_View", "actionBottom_View"}) {
+            m_driver.trigger(view);
+            const QString name = QString(view).mid(6).section('_', 0, 0).toLower();
+            save("view-" + name, m_driver.picture());
+        }
+    }
+
+    void save(const QString &name, const QImage &picture)
+    {
+        ++m_pictures;
+        const QString file =
+            QStringLiteral("%1-%2.png").arg(m_pictures, 2, 10, QLatin1Char('0')).arg(name);
+        expect(picture.save(m_folder.filePath(file)), "a picture can be saved");
+        QTextStream(stdout) << m_folder.filePath(file) << '\n';
+    }
+
+    static void expect(bool holds, const char *what)
+    {
+        if (!holds)
+            throw std::runtime_error(std::string("not so: ") + what);
+    }
+
+    QDir m_folder;
+    WindowDriver m_driver;
+    int m_pictures = 0;
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    if (argc != 2) {
+        QTextStream(stderr) << "Usage: lithara_tour FOLDER\n";
+        return 2;
+    }
+    const QDir folder(QDir(argv[1]).absolutePath());
+    if (!folder.mkpath(QStringLiteral("."))) {
+        QTextStream(stderr) << "Cannot make the folder " << folder.path() << '\n';
+        return 1;
+    }
+    try {
+        Tour(folder).play();
+    } catch (const std::exception &error) {
+        QTextStream(stderr) << "The tour stopped: " << error.what() << '\n';
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,42 @@
+# Compares the suites that a test binary holds with those that are registered for it:
+#   cmake -DBINARY=<test binary> -DSUITES=<names with commas between> -P CheckSuites.cmake
+cmake_minimum_required(VERSION 3.25)
+
+execute_process(COMMAND ${BINARY} --gtest_list_tests
+  OUTPUT_VARIABLE output RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "${BINARY} --gtest_list_tests failed: ${result}")
+endif()
+string(REPLACE "," ";" registered "${SUITES}")
+
+# A suite's line is "FooTest.", "FooTest/0.  # TypeParam = int" or "Prefix/FooTest."; the lines of
+# its tests are indented. A suite is listed only when it has a test.
+string(REGEX REPLACE "[][;]" "_" output "${output}")
+string(REPLACE "\n" ";" lines "${output}")
+set(found "")
+set(problems "")
+foreach(line IN LISTS lines)
+  if(NOT line MATCHES "^([^ .]+)\\.( +#.*)?$")
+    continue()
+  endif()
+  set(suite ${CMAKE_MATCH_1})
+  string(REPLACE "/" ";" parts ${suite})
+  set(name "")
+  foreach(part IN LISTS parts)
+    if(part IN_LIST registered)
+      set(name ${part})
+    endif()
+  endforeach()
+  if(name STREQUAL "")
+    string(APPEND problems "  ${suite} is in no file of that name, so its tests do not run\n")
+  endif()
+  list(APPEND found ${name})
+endforeach()
+foreach(suite IN LISTS registered)
+  if(NOT suite IN_LIST found)
+    string(APPEND problems "  ${suite}.cpp is registered and has no test of that suite\n")
+  endif()
+endforeach()
+if(NOT problems STREQUAL "")
+  message(FATAL_ERROR "Suites and files of ${BINARY} differ:\n${problems}")
+endif()

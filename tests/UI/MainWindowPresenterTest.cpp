@@ -1,0 +1,254 @@
+#include "Support/WindowDriver.h"
+
+#include "Core/Operations/IOperationFactory.h"
+#include "Core/Operations/ObjectOperation.h"
+#include "Core/Workspace.h"
+#include "Model/Automaton/TotalVolume.h"
+#include "Support/Volumes.h"
+#include "UI/MainWindow.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QScreen>
+
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
+
+namespace {
+
+using Core::Operations::Operation;
+using Support::DialogAnswer;
+
+/// Waits for a line from the console until it is cancelled.
+class Listener final : public Operation
+{
+public:
+    explicit Listener(Core::Workspace *workspace, std::uint32_t id)
+        : Operation("Listener", id),
+          m_workspace(workspace)
+    {}
+    void next() override
+    {
+        ++nextCalls;
+        m_workspace->interpreter().awaitString(this, text);
+        m_workspace->interpreter().awaitEnter(this);
+    }
+    void cancel() override
+    {
+        ++cancelCalls;
+        m_workspace->interpreter().clearRequest();
+        m_workspace->dropOperation();
+    }
+    void end() override {}
+
+    int nextCalls = 0;
+    int cancelCalls = 0;
+    std::string text;
+
+private:
+    Core::Workspace *m_workspace;
+};
+
+class ListenerFactory final : public Core::Operations::IOperationFactory
+{
+public:
+    explicit ListenerFactory(Core::Workspace *workspace) : m_workspace(workspace) {}
+    boost::shared_ptr<Operation> create(std::uint32_t operationId) override
+    {
+        asked.push_back(operationId);
+        if (operationId == 0)
+            return {};
+        return listener = boost::make_shared<Listener>(m_workspace, operationId);
+    }
+
+    std::vector<std::uint32_t> asked;
+    boost::shared_ptr<Listener> listener;
+
+private:
+    Core::Workspace *m_workspace;
+};
+
+class MainWindowPresenterTest : public testing::Test
+{
+protected:
+    MainWindowPresenterTest()
+        : m_workspace(m_driver.workspace()),
+          m_factory(boost::make_shared<ListenerFactory>(&m_workspace))
+    {}
+
+    void useListeners() { m_workspace.setOperationFactory(m_factory); }
+    void createSubstrate()
+    {
+        m_driver.trigger("actionCreate_Substrate", {DialogAnswer().accept()});
+    }
+
+    Support::WindowDriver m_driver;
+    Core::Workspace &m_workspace;
+    boost::shared_ptr<ListenerFactory> m_factory;
+};
+
+TEST_F(MainWindowPresenterTest, TheConsoleStandsOverTheLowerRightOfTheScreen)
+{
+    const QWidget &console = m_driver.window().presenter().console();
+    const QRect available = m_driver.window().screen()->availableGeometry();
+    EXPECT_EQ(console.x(), static_cast<int>(0.9 * (available.width() - 400)));
+    EXPECT_EQ(console.y(), static_cast<int>(0.9 * (available.height() - 140)));
+    EXPECT_TRUE(console.isVisible());
+    EXPECT_EQ(console.windowFlags() & Qt::WindowType_Mask, Qt::Tool);
+}
+
+TEST_F(MainWindowPresenterTest, AMenuActionReachesTheFactoryWithItsNumber)
+{
+    useListeners();
+    m_driver.trigger("actionGlue_Substrate");
+    m_driver.trigger("actionCopy");
+    EXPECT_EQ(m_factory->asked, (std::vector<std::uint32_t>{12, 1}));
+    EXPECT_EQ(m_factory->listener->nextCalls, 1);
+}
+
+TEST_F(MainWindowPresenterTest, ATextThatIsNoNumberAsksForOperationZero)
+{
+    useListeners();
+    m_driver.window().presenter().operationActivated("no number");
+    EXPECT_EQ(m_factory->asked, (std::vector<std::uint32_t>{0}));
+    EXPECT_FALSE(m_workspace.currentOperation());
+}
+
+TEST_F(MainWindowPresenterTest, ReturnAndTheKeypadsEnterBothReachTheWaitingOperation)
+{
+    useListeners();
+    m_driver.trigger("actionMove");
+    m_driver.press(Qt::Key_Return);
+    EXPECT_EQ(m_factory->listener->nextCalls, 2);
+    m_driver.press(Qt::Key_Enter);
+    EXPECT_EQ(m_factory->listener->nextCalls, 3);
+}
+
+TEST_F(MainWindowPresenterTest, EscapeCancelsTheOperation)
+{
+    useListeners();
+    m_driver.trigger("actionMove");
+    m_driver.press(Qt::Key_Escape);
+    EXPECT_EQ(m_factory->listener->cancelCalls, 1);
+    EXPECT_FALSE(m_workspace.currentOperation());
+}
+
+TEST_F(MainWindowPresenterTest, EscapeWhileIdleOnlyClearsTheSelection)
+{
+    createSubstrate();
+    m_workspace.selection().setSelectionMode(true);
+    m_driver.click(m_driver.viewCenter() + QPoint(30, -30));
+    ASSERT_EQ(m_workspace.pointer().selectedObjects().size(), 1u);
+    m_driver.press(Qt::Key_Escape);
+    EXPECT_TRUE(m_workspace.pointer().selectedObjects().empty());
+    EXPECT_TRUE(m_workspace.selection().isSelectionMode());
+    EXPECT_EQ(m_driver.volumes().size(), 1u);
+    m_workspace.selection().setSelectionMode(false);
+}
+
+TEST_F(MainWindowPresenterTest, EnterReachesTheInterpreterWithTheTextOfTheHiddenLine)
+{
+    useListeners();
+    m_driver.trigger("actionMove");
+    auto *line = m_driver.window().presenter().console().findChild<QLineEdit *>("line");
+    line->setText("typed before it was hidden");
+    m_driver.trigger("actionConsole");
+    EXPECT_FALSE(m_driver.window().presenter().console().isVisible());
+    m_driver.press(Qt::Key_Return);
+    EXPECT_EQ(m_factory->listener->text, "typed before it was hidden");
+    EXPECT_EQ(m_factory->listener->nextCalls, 2);
+}
+
+TEST_F(MainWindowPresenterTest, ClosingTheConsoleUnchecksItsActionWhichBringsItBack)
+{
+    QWidget &console = m_driver.window().presenter().console();
+    EXPECT_TRUE(m_driver.action("actionConsole").isChecked());
+    console.close();
+    EXPECT_FALSE(m_driver.action("actionConsole").isChecked());
+    m_driver.trigger("actionConsole");
+    EXPECT_TRUE(console.isVisible());
+}
+
+TEST_F(MainWindowPresenterTest, CancelInTheNewBoxChangesNothing)
+{
+    createSubstrate();
+    useListeners();
+    m_driver.trigger("actionMove");
+    m_driver.trigger("actionNew", {DialogAnswer().reject()});
+    EXPECT_EQ(m_driver.volumes().size(), 1u);
+    EXPECT_EQ(m_workspace.currentOperation(), m_factory->listener);
+    EXPECT_EQ(m_factory->listener->cancelCalls, 0);
+    EXPECT_EQ(m_driver.action("actionUndo").text(), "Undo Create Substrate");
+    // The operation goes on.
+    m_driver.press(Qt::Key_Return);
+    EXPECT_EQ(m_factory->listener->nextCalls, 2);
+}
+
+TEST_F(MainWindowPresenterTest, TheNewBoxAsksInItsWords)
+{
+    QString title;
+    QString text;
+    QMessageBox::StandardButtons buttons;
+    m_driver.trigger("actionNew", {DialogAnswer()
+                                       .look([&](QWidget &dialog) {
+                                           auto &box = dynamic_cast<QMessageBox &>(dialog);
+                                           title = box.windowTitle();
+                                           text = box.text();
+                                           buttons = box.standardButtons();
+                                       })
+                                       .reject()});
+    EXPECT_EQ(title, "Create new document");
+    EXPECT_EQ(text, "This will erase all data. Continue?");
+    EXPECT_EQ(buttons, QMessageBox::Ok | QMessageBox::Cancel);
+}
+
+TEST_F(MainWindowPresenterTest, NewErasesEverythingAndClearsTheUndoAndRedoEntries)
+{
+    createSubstrate();
+    createSubstrate();
+    m_driver.trigger("actionUndo");
+    ASSERT_EQ(m_driver.action("actionRedo").text(), "Redo Create Substrate");
+    const std::uint32_t id = m_driver.volumes().front()->id();
+    m_workspace.objectRecords().setLatticeStale(id, false);
+    m_workspace.document().setFileName("somewhere.lth");
+    useListeners();
+    m_driver.trigger("actionMove");
+
+    m_driver.trigger("actionNew", {DialogAnswer().accept()});
+
+    EXPECT_TRUE(m_workspace.document().objects().empty());
+    EXPECT_EQ(m_workspace.document().fileName(), "");
+    EXPECT_TRUE(m_workspace.objectRecords().isLatticeStale(id));
+    EXPECT_EQ(m_factory->listener->cancelCalls, 1);
+    EXPECT_EQ(m_driver.action("actionUndo").text(), "Undo ");
+    EXPECT_FALSE(m_driver.action("actionUndo").isEnabled());
+    EXPECT_EQ(m_driver.action("actionRedo").text(), "Redo ");
+    EXPECT_FALSE(m_driver.action("actionRedo").isEnabled());
+    EXPECT_EQ(m_driver.picture().pixelColor(m_driver.viewCenter()), QColor(Qt::black));
+}
+
+TEST_F(MainWindowPresenterTest, UndoAndRedoNameTheOperationOnTopOfTheirStack)
+{
+    EXPECT_FALSE(m_driver.action("actionUndo").isEnabled());
+    createSubstrate();
+    EXPECT_EQ(m_driver.action("actionUndo").text(), "Undo Create Substrate");
+    EXPECT_TRUE(m_driver.action("actionUndo").isEnabled());
+    EXPECT_FALSE(m_driver.action("actionRedo").isEnabled());
+    m_driver.trigger("actionUndo");
+    EXPECT_EQ(m_driver.action("actionUndo").text(), "Undo ");
+    EXPECT_FALSE(m_driver.action("actionUndo").isEnabled());
+    EXPECT_EQ(m_driver.action("actionRedo").text(), "Redo Create Substrate");
+    EXPECT_TRUE(m_driver.action("actionRedo").isEnabled());
+}
+
+TEST_F(MainWindowPresenterTest, AnOperationThatFinishesAfterAnUndoDisablesRedo)
+{
+    createSubstrate();
+    m_driver.trigger("actionUndo");
+    createSubstrate();
+    EXPECT_FALSE(m_driver.action("actionRedo").isEnabled());
+    EXPECT_EQ(m_driver.action("actionRedo").text(), "Redo ");
+}
+
+} // namespace
