@@ -37,4 +37,17 @@ inline std::vector<std::uint32_t> waferMaterials(const Size &size)
     return ids;
 }
 
+/// The same with a trench along y cut into the middle of the silicon, down to half its height and a
+/// fifth of the volume wide.
+inline std::vector<std::uint32_t> trenchMaterials(const Size &size)
+{
+    std::vector<std::uint32_t> ids = waferMaterials(size);
+    const std::uint32_t filled = size.z * 3 / 8;
+    for (std::uint32_t x = size.x * 2 / 5; x < size.x * 3 / 5; ++x)
+        for (std::uint32_t y = 0; y < size.y; ++y)
+            for (std::uint32_t z = filled / 2; z < filled; ++z)
+                ids[(std::size_t{x} * size.y + y) * size.z + z] = 0;
+    return ids;
+}
+
 } // namespace Benchmarks

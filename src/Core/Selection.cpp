@@ -43,6 +43,17 @@ void Selection::clear()
     publish();
 }
 
+void Selection::dropRemoved()
+{
+    m_selected.remove_if([this](const boost::shared_ptr<Model::Object> &object) {
+        const bool removed = !m_document->findObject(object->id());
+        if (removed)
+            object->setSelected(false);
+        return removed;
+    });
+    publish();
+}
+
 bool Selection::pick(std::int32_t x, std::int32_t y)
 {
     if (!m_selectionMode)

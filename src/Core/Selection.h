@@ -32,6 +32,8 @@ public:
     /// Turning it off clears the selection.
     void setSelectionMode(bool on);
     void clear();
+    /// Takes out what the document no longer holds, for example after an undo.
+    void dropRemoved();
 
     /// Toggles what lies under the window position (pixels, y downward), in selection mode only;
     /// returns whether anything was hit. Needs a current OpenGL context with the view's modelview

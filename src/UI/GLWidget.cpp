@@ -371,7 +371,10 @@ QImage GLWidget::image()
     glFinish();
     glReadBuffer(GL_FRONT);
     const QImage frame = grabFrameBuffer(false);
-    glDrawBuffer(GL_BACK);
+    if (format().doubleBuffer()) {
+        glDrawBuffer(GL_BACK);
+        glReadBuffer(GL_BACK);
+    }
     return frame;
 }
 

@@ -37,7 +37,9 @@ public:
     void setTranslation(double x, double y, double z);
     /// World units per pixel, so that a larger value shows more.
     float zoomFactor() const { return m_zoom; }
+    /// Passes over what would show nothing or everything in a pixel: 0, negative or not finite.
     void setZoom(float zoom);
+    /// World units; 0 shows no grid.
     float gridSpacing() const { return m_grid.spacing; }
     void setGridSpacing(float spacing) { m_grid.spacing = spacing; }
     /// Degrees about the x, y and z axes, from the view from the top.

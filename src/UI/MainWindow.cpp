@@ -4,6 +4,7 @@
 #include "UI/GLWidget.h"
 #include "UI/Input/ChangeColorsDialog.h"
 #include "UI/Input/ChangeGridSpacingDialog.h"
+#include "UI/ModalDialog.h"
 #include "UI/Observers/SelectionModeObserver.h"
 #include "UI/SetViewAngleDialog.h"
 #include "UI/SetZoomDialog.h"
@@ -234,7 +235,7 @@ void MainWindow::setView(const QString &viewAngle)
 {
     if (viewAngle == QLatin1String(ManualView)) {
         SetViewAngleDialog dialog(this);
-        if (dialog.exec() == QDialog::Accepted)
+        if (runModally(dialog))
             m_view->setView(dialog.angleX(), dialog.angleY(), dialog.angleZ());
         return;
     }
@@ -258,7 +259,7 @@ void MainWindow::snapToGridToggled(bool checked)
 void MainWindow::changeGridSpacing()
 {
     Input::ChangeGridSpacingDialog dialog(static_cast<double>(m_view->gridSpacing()), this);
-    if (dialog.exec() != QDialog::Accepted)
+    if (!runModally(dialog))
         return;
     m_view->setGridSpacing(static_cast<float>(dialog.spacing()));
     repaintCentralWidget();
@@ -267,14 +268,14 @@ void MainWindow::changeGridSpacing()
 void MainWindow::changeWindowColors()
 {
     Input::ChangeColorsDialog dialog(this);
-    if (dialog.exec() == QDialog::Accepted)
+    if (runModally(dialog))
         repaintCentralWidget();
 }
 
 void MainWindow::changeZoom()
 {
     SetZoomDialog dialog(100.0 / static_cast<double>(m_view->zoomFactor()), this);
-    if (dialog.exec() == QDialog::Accepted)
+    if (runModally(dialog))
         m_view->setZoom(static_cast<float>(100.0 / dialog.percentage()));
 }
 
@@ -282,16 +283,13 @@ void MainWindow::changeTranslate()
 {
     const std::array<double, 3> present = m_view->translation();
     TranslateDialog dialog(present[0], present[1], present[2], this);
-    if (dialog.exec() == QDialog::Accepted)
+    if (runModally(dialog))
         m_view->setTranslation(dialog.distanceX(), dialog.distanceY(), dialog.distanceZ());
 }
 
 void MainWindow::saveImage(const QString &filename)
 {
     static QDir s_lastPlace = QDir::home();
-    // A widget that is still shown by the dialog must not cover what is read: the picture is taken
-    // before the question is asked.
-    const QImage image = m_view->image();
     QString name = filename;
     if (name.isEmpty()) {
         name = QFileDialog::getSaveFileName(this, QStringLiteral("Save Screen Image"),
@@ -300,7 +298,7 @@ void MainWindow::saveImage(const QString &filename)
         if (name.isNull())
             return;
     }
-    image.save(name);
+    m_view->image().save(name);
     s_lastPlace.setPath(name);
 }
 
@@ -311,7 +309,8 @@ void MainWindow::saveImage()
 
 void MainWindow::showAboutInfo()
 {
-    AboutWindow(this).exec();
+    AboutWindow about(this);
+    runModally(about);
 }
 
 void MainWindow::on_actionManage_Materials_triggered()

@@ -44,12 +44,15 @@ void MainWindowPresenter::undoOperation()
 {
     m_mainWindow->makeViewCurrent();
     m_workspace.history().undo();
+    // No process may start on a volume that is no longer there.
+    selection().dropRemoved();
 }
 
 void MainWindowPresenter::redoOperation()
 {
     m_mainWindow->makeViewCurrent();
     m_workspace.history().redo();
+    selection().dropRemoved();
 }
 
 void MainWindowPresenter::setSelectionMode(bool on)

@@ -1,30 +1,61 @@
 #include "UI/OperationFactory.h"
 
+#include "Core/Operations/CopyObject.h"
 #include "Core/Operations/CreateSubstrateOperation.h"
+#include "Core/Operations/DeleteObject.h"
+#include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDepositionOperation.h"
+#include "Core/Operations/IsotropicFilmEtching/IsotropicFilmEtchingOperation.h"
+#include "Core/Operations/MoveObject.h"
+#include "Core/Operations/SelectVolumesOperation.h"
 #include "UI/MainWindow.h"
 #include "UI/MainWindowPresenter.h"
 #include "UI/Observers/CreateSubstrateObserver.h"
+#include "UI/Observers/IsotropicFilmDepositionObserver.h"
+#include "UI/Observers/IsotropicFilmEtchingObserver.h"
 
 #include <boost/make_shared.hpp>
 
 namespace Ui {
 
-using Core::Operations::Operation;
+using namespace Core::Operations;
+
+namespace {
+
+/// An operation that holds an observer of its own, which asks with the window as dialog parent.
+template <typename Operation, typename Observer>
+boost::shared_ptr<Operation> makeObserved(MainWindowPresenter &presenter)
+{
+    Core::Workspace *workspace = &presenter.workspace();
+    const auto operation = boost::make_shared<Operation>(workspace);
+    operation->setObserver(boost::make_shared<Observer>(workspace, presenter.mainWindow()));
+    return operation;
+}
+
+} // namespace
 
 OperationFactory::OperationFactory(MainWindowPresenter *presenter) : m_presenter(presenter) {}
 
-boost::shared_ptr<Operation> OperationFactory::create(std::uint32_t operationId)
+boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uint32_t operationId)
 {
     Core::Workspace *workspace = &m_presenter->workspace();
-    QWidget *window = m_presenter->mainWindow();
     switch (operationId) {
-    case 2: {
-        const auto operation =
-            boost::make_shared<Core::Operations::CreateSubstrateOperation>(workspace);
-        operation->setObserver(
-            boost::make_shared<Observers::CreateSubstrateObserver>(workspace, window));
-        return operation;
-    }
+    case 1:
+        return boost::make_shared<CopyObject>(workspace);
+    case 2:
+        return makeObserved<CreateSubstrateOperation, Observers::CreateSubstrateObserver>(
+            *m_presenter);
+    case 4:
+        return boost::make_shared<DeleteObject>(workspace);
+    case 7:
+        return boost::make_shared<MoveObject>(workspace);
+    case 13:
+        return makeObserved<IsotropicFilmDepositionOperation,
+                            Observers::IsotropicFilmDepositionObserver>(*m_presenter);
+    case 14:
+        return makeObserved<IsotropicFilmEtchingOperation, Observers::IsotropicFilmEtchingObserver>(
+            *m_presenter);
+    case 24:
+        return boost::make_shared<SelectVolumesOperation>(workspace);
     default:
         return {};
     }

@@ -5,13 +5,23 @@
 #include <GL/gl.h>
 
 #include <cmath>
+#include <cstdint>
 
 namespace Ui {
 
 namespace {
 
-/// More lines than any screen has pixels.
-constexpr float MaxLines = 50000.0f;
+/// Many a pixel of any screen: with more lines than this, some are left out, which cannot be seen.
+constexpr std::int64_t MostLines = 200000;
+
+/// Calls draw(position) for the lines 0 to `count` from `first` on, a spacing apart.
+template <typename Draw>
+void forEachLine(float first, float spacing, std::int64_t count, Draw &&draw)
+{
+    const std::int64_t stride = count / MostLines + 1;
+    for (std::int64_t i = 0; i <= count; i += stride)
+        draw(static_cast<float>(i) * spacing + first);
+}
 
 double nearestMultiple(double value, double spacing)
 {
@@ -32,12 +42,11 @@ void ViewGrid::moveBy(float dx, float dy)
 
 void ViewGrid::draw()
 {
-    const float countX = std::ceil((maxX - minX) / spacing);
-    const float countY = std::ceil((maxY - minY) / spacing);
-    if (!(spacing > 0.0f && countX <= MaxLines && countY <= MaxLines))
+    const float linesX = std::ceil((maxX - minX) / spacing);
+    const float linesY = std::ceil((maxY - minY) / spacing);
+    constexpr float MostCountable = 1e18f;
+    if (!(spacing > 0.0f && linesX < MostCountable && linesY < MostCountable))
         return;
-    const int linesX = static_cast<int>(countX);
-    const int linesY = static_cast<int>(countY);
     minX = std::floor(minX / spacing) * spacing;
     minY = std::floor(minY / spacing) * spacing;
     maxX = std::ceil(maxX / spacing) * spacing;
@@ -49,16 +58,14 @@ void ViewGrid::draw()
                                             Model::ColorTable::currentScheme());
     glColor3d(color[0], color[1], color[2]);
     glBegin(GL_LINES);
-    for (int i = 0; i <= linesX; ++i) {
-        const float x = static_cast<float>(i) * spacing + minX;
+    forEachLine(minX, spacing, static_cast<std::int64_t>(linesX), [this](float x) {
         glVertex3f(x, minY, z);
         glVertex3f(x, maxY, z);
-    }
-    for (int i = 0; i <= linesY; ++i) {
-        const float y = static_cast<float>(i) * spacing + minY;
+    });
+    forEachLine(minY, spacing, static_cast<std::int64_t>(linesY), [this](float y) {
         glVertex3f(minX, y, z);
         glVertex3f(maxX, y, z);
-    }
+    });
     glEnd();
     glPopAttrib();
 }

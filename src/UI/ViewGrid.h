@@ -18,8 +18,7 @@ struct ViewGrid
 
     void moveBy(float dx, float dy);
     /// Snaps the rectangle outward to whole multiples of the spacing and draws it in the grid
-    /// colour of the present scheme. A spacing of 0, or one so fine that the lines could not be
-    /// told apart, draws nothing. Needs a current OpenGL context.
+    /// colour of the present scheme. A spacing of 0 draws nothing. Needs a current OpenGL context.
     void draw();
     /// The nearest grid point to a world position, at the grid's height; a tie goes upward. A
     /// spacing of 0 leaves x and y as they are.

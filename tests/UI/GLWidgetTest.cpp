@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QGLFormat>
 #include <QMouseEvent>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -357,21 +358,35 @@ TEST_F(GLWidgetTest, TheGridIsDrawnInItsColourAtItsSpacing)
     EXPECT_TRUE(throughOrigin);
 }
 
-TEST_F(GLWidgetTest, AGridWithASpacingOfZeroOrFinerThanAnyScreenDrawsNothing)
+TEST_F(GLWidgetTest, AGridWithASpacingOfZeroDrawsNothing)
 {
     m_view.setRenderGrid(true);
-    for (const float spacing : {0.0f, 1e-4f}) {
+    m_view.setGridSpacing(0.0f);
+    const QImage picture = m_driver.picture();
+    for (int x = 0; x < picture.width(); ++x)
+        ASSERT_EQ(picture.pixelColor(x, 27), QColor(Qt::black)) << x;
+}
+
+TEST_F(GLWidgetTest, AGridFinerThanThePixelsFillsTheView)
+{
+    m_view.setRenderGrid(true);
+    const QColor grey(102, 102, 102);
+    // The smallest zoom of the dialog at the spacing of the start, and a spacing that would take
+    // ten million lines.
+    for (const auto &[zoom, spacing] : {std::pair(1000.0f, 10.0f), std::pair(1.0f, 1e-4f)}) {
+        m_view.setZoom(zoom);
         m_view.setGridSpacing(spacing);
         const QImage picture = m_driver.picture();
-        for (int x = 0; x < picture.width(); ++x)
-            ASSERT_EQ(picture.pixelColor(x, 27), QColor(Qt::black)) << x;
+        for (int x = 1; x < picture.width() - 1; ++x)
+            ASSERT_EQ(picture.pixelColor(x, 27), grey) << x << ", spacing " << spacing;
     }
 }
 
-TEST_F(GLWidgetTest, TurningOffRenderObjectsLeavesTheGridAndItStandsStill)
+TEST_F(GLWidgetTest, TurningOffRenderObjectsLeavesGridAndAxesAndTheyStandStill)
 {
     addBlock(Vector3D(100, 100, 0), 40);
     m_view.setRenderGrid(true);
+    m_view.setShowAxes(true);
     const QImage withObject = m_driver.picture();
     EXPECT_NE(pixel(withObject, 125, 125), QColor(Qt::black));
     m_view.setRenderObjects(false);
@@ -447,6 +462,81 @@ TEST_F(GLWidgetTest, OneObjectsPictureNeverMovesAnothers)
     EXPECT_NE(pixel(picture, -130, 20), QColor(Qt::black));
     EXPECT_NE(pixel(picture, 120, 20), QColor(Qt::black));
     EXPECT_EQ(pixel(picture, -30, 20), QColor(Qt::black));
+}
+
+TEST_F(GLWidgetTest, AHorizontalWheelChangesNothing)
+{
+    QWheelEvent event(QPointF(5, 5), QPointF(5, 5), QPoint(), QPoint(120, 0), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&m_view, &event);
+    EXPECT_EQ(m_view.zoomFactor(), 1.0f);
+}
+
+TEST_F(GLWidgetTest, SnapMovesThePointsOfRightPressesAndFreeMovesAndNotThePan)
+{
+    m_view.setSnapToGrid(true);
+    const QPoint at = m_driver.viewCenter() + QPoint(13, 0);
+    PointerWaiter waiter;
+    m_driver.workspace().pointer().awaitMove(&waiter, waiter.secondary, waiter.position);
+    m_driver.movePointer(at);
+    EXPECT_EQ(std::remainder(waiter.position[0], 10.0), 0.0);
+    m_driver.workspace().pointer().awaitClick(&waiter, waiter.position, waiter.button);
+    m_driver.drag(at, at + QPoint(3, 0), Qt::RightButton);
+    EXPECT_EQ(waiter.button, 1);
+    EXPECT_EQ(std::remainder(waiter.position[0], 10.0), 0.0);
+    // Three pixels, from where the pointer was and not from the grid point.
+    EXPECT_NEAR(m_view.translation()[0], 3.0, 1e-3);
+}
+
+TEST_F(GLWidgetTest, TheLightsAndTheMaterialAreSetOnceAndLightOneStaysOn)
+{
+    m_view.setLighting(false);
+    m_view.updateGL();
+    m_view.makeCurrent();
+    EXPECT_FALSE(glIsEnabled(GL_LIGHTING));
+    EXPECT_FALSE(glIsEnabled(GL_LIGHT0));
+    EXPECT_TRUE(glIsEnabled(GL_LIGHT1));
+    EXPECT_TRUE(glIsEnabled(GL_DEPTH_TEST));
+    EXPECT_TRUE(glIsEnabled(GL_CULL_FACE));
+    EXPECT_TRUE(glIsEnabled(GL_COLOR_MATERIAL));
+    EXPECT_FALSE(glIsEnabled(GL_BLEND));
+    const auto light = [](GLenum number, GLenum name) {
+        std::array<float, 4> values{};
+        glGetLightfv(number, name, values.data());
+        return values;
+    };
+    using Values = std::array<float, 4>;
+    EXPECT_EQ(light(GL_LIGHT0, GL_AMBIENT), (Values{0.5f, 0.5f, 0.5f, 1.0f}));
+    EXPECT_EQ(light(GL_LIGHT0, GL_DIFFUSE), (Values{0.5f, 0.5f, 0.5f, 1.0f}));
+    EXPECT_EQ(light(GL_LIGHT0, GL_SPECULAR), (Values{1.0f, 1.0f, 1.0f, 1.0f}));
+    EXPECT_EQ(light(GL_LIGHT0, GL_POSITION), (Values{1.0f, 1.0f, 1.0f, 0.0f}));
+    EXPECT_EQ(light(GL_LIGHT1, GL_AMBIENT), (Values{0.2f, 0.2f, 0.2f, 1.0f}));
+    EXPECT_EQ(light(GL_LIGHT1, GL_DIFFUSE), (Values{0.3f, 0.3f, 0.3f, 1.0f}));
+    EXPECT_EQ(light(GL_LIGHT1, GL_POSITION), (Values{-1.0f, -1.0f, -1.0f, 0.0f}));
+    Values specular{};
+    glGetMaterialfv(GL_FRONT, GL_SPECULAR, specular.data());
+    EXPECT_EQ(specular, (Values{0.5f, 0.5f, 0.5f, 1.0f}));
+    float shininess = 0.0f;
+    glGetMaterialfv(GL_FRONT, GL_SHININESS, &shininess);
+    EXPECT_EQ(shininess, 64.0f);
+    GLint source = 0;
+    GLint destination = 0;
+    glGetIntegerv(GL_BLEND_SRC, &source);
+    glGetIntegerv(GL_BLEND_DST, &destination);
+    EXPECT_EQ(source, GL_SRC_ALPHA);
+    EXPECT_EQ(destination, GL_ONE_MINUS_SRC_ALPHA);
+}
+
+TEST_F(GLWidgetTest, TheGridHidesNothingThatIsDrawnBehindIt)
+{
+    // The block's top lies at -5, behind the grid's plane; the grid is drawn first and leaves no
+    // depth, so the block covers its lines.
+    m_view.setRenderGrid(true);
+    m_view.setLighting(false);
+    addBlock(Vector3D(-20, -20, -25), 20);
+    const QImage picture = m_driver.picture();
+    for (int x = -18; x < -2; ++x)
+        EXPECT_NEAR(pixel(picture, x, -10).red(), 127.5, 1.0) << x;
 }
 
 } // namespace

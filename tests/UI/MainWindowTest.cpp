@@ -9,10 +9,8 @@
 
 #include <QAction>
 #include <QCoreApplication>
-#include <QDir>
 #include <QEvent>
 #include <QFile>
-#include <QFileDialog>
 #include <QImage>
 #include <QLabel>
 
@@ -247,34 +245,6 @@ TEST_F(MainWindowTest, SaveImageWritesWhatTheViewShowsInEachFormat)
         EXPECT_NEAR(saved.pixelColor(5, 5).red(), 0, 3) << name;
         QFile::remove(name);
     }
-}
-
-TEST_F(MainWindowTest, SaveImageAsksForANameAndRemembersThePlace)
-{
-    const QString first = QDir::current().filePath("first.png");
-    QString title;
-    QStringList filters;
-    m_driver.trigger("actionSave_Image",
-                     {DialogAnswer()
-                          .look([&](QWidget &dialog) {
-                              title = dialog.windowTitle();
-                              filters = dynamic_cast<QFileDialog &>(dialog).nameFilters();
-                          })
-                          .fileName(first)
-                          .accept()});
-    EXPECT_EQ(title, "Save Screen Image");
-    EXPECT_EQ(filters, QStringList("Images (*.png *.xpm *.jpg)"));
-    EXPECT_EQ(QImage(first).size(), m_view.size());
-
-    QString place;
-    m_driver.trigger("actionSave_Image",
-                     {DialogAnswer()
-                          .look([&](QWidget &dialog) {
-                              place = dynamic_cast<QFileDialog &>(dialog).directory().path();
-                          })
-                          .reject()});
-    EXPECT_EQ(place, QDir::currentPath());
-    QFile::remove(first);
 }
 
 TEST_F(MainWindowTest, AnImageThatCannotBeWrittenIsPassedOver)

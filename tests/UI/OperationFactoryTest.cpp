@@ -23,7 +23,10 @@ struct Row
 
 /// The operations that the program has.
 const Row Rows[] = {
-    {2, "Create Substrate", 2, true},
+    {1, "Copy Objects", 1, true},           {2, "Create Substrate", 2, true},
+    {4, "Delete Objects", 4, true},         {7, "Move Objects", 7, true},
+    {13, "Isotropic Deposition", 13, true}, {14, "Isotropic Etching", 14, true},
+    {24, "Select volumes", 24, false},
 };
 
 class OperationFactoryTest : public testing::Test

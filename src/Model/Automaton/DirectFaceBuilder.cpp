@@ -38,9 +38,8 @@ constexpr std::uint32_t WordBits = 64;
 /// The cells of one plane of constant x as bits along z, a row of words for each y: which hide
 /// what is behind them, which are drawn as opaque and which as transparent. A plane outside the
 /// cut has all bits 0, which is how the cut becomes the outer skin.
-class PlaneBits
+struct PlaneBits
 {
-public:
     PlaneBits(std::uint32_t rows, std::uint32_t words)
         : hides(std::size_t{rows} * words),
           opaque(hides.size()),
@@ -120,6 +119,8 @@ void DirectFaceBuilder::runStrips(StripFunction strip, bool singleStripOnPool, F
 {
     const std::uint32_t lower = m_limits.lower[0];
     const std::uint32_t upper = m_limits.upper[0];
+    if (lower >= upper)
+        return;
     const std::uint32_t threads =
         static_cast<std::uint32_t>(std::max(1, QThreadPool::globalInstance()->maxThreadCount()));
     const std::uint32_t width = (upper - lower) / threads;

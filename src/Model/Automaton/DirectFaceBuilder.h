@@ -5,9 +5,7 @@
 #include "Model/Geometry/FaceList.h"
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
-#include <functional>
 
 namespace Model::Automaton {
 

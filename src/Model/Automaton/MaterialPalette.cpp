@@ -22,14 +22,12 @@ void MaterialPalette::reload(const std::vector<Materials::Material> &materials)
     m_dense[0].traits = 0;
 }
 
-MaterialPalette::Color MaterialPalette::highlighted(const Color &color)
+void MaterialPalette::highlight(float (&color)[4])
 {
-    Color result = color;
     for (unsigned i = 0; i < 3; ++i) {
-        const double channel = color[i];
-        result[i] = static_cast<float>(channel >= 0.7 ? channel - 0.7 : channel + 0.3);
+        const double channel = static_cast<double>(color[i]);
+        color[i] = static_cast<float>(channel >= 0.7 ? channel - 0.7 : channel + 0.3);
     }
-    return result;
 }
 
 const MaterialPalette::Entry &MaterialPalette::sparseEntry(std::uint32_t material) const

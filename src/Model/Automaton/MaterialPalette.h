@@ -30,14 +30,15 @@ public:
         MergesWithItself = 8
     };
 
+    /// Takes the materials of the registry. Before the first call every id looks like void.
     void reload(const std::vector<Materials::Material> &materials);
 
     const Color &color(std::uint32_t material) const { return entry(material).color; }
     std::uint8_t traits(std::uint32_t material) const { return entry(material).traits; }
 
-    /// The colour of a selected volume: each of red, green and blue falls by 0.7 if it is at least
-    /// 0.7, and rises by 0.3 otherwise.
-    static Color highlighted(const Color &color);
+    /// What selection does to a colour: each of red, green and blue falls by 0.7 if it is at least
+    /// 0.7, and rises by 0.3 otherwise. Alpha stays.
+    static void highlight(float (&color)[4]);
 
 private:
     struct Entry

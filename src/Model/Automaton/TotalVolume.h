@@ -75,6 +75,8 @@ public:
 private:
     std::uint32_t cellCount() const { return m_sizeX * m_sizeY * m_sizeZ; }
 
+    /// Compare-and-swap, yielding and finally sleeping under contention; Boost keeps it in a
+    /// namespace of its own.
     using SpinLock = boost::interprocess::ipcdetail::spin_mutex;
 
     VoxelArray m_voxels;

@@ -110,13 +110,16 @@ void TotalVolumePainter::refreshColors()
     if (m_surfaceAlgorithm != DirectCubic)
         return;
     reloadColors();
+    // A selected volume's faces are highlighted as they are: doing so twice highlights twice.
     const bool selected = m_volume->isSelected();
     const auto recolor = [&](QuadFace &face) {
-        MaterialPalette::Color color = m_palette.color(face.voxel->material());
-        if (selected)
-            color = MaterialPalette::highlighted(color);
-        std::memcpy(face.color, color.data(), sizeof face.color);
-        std::memcpy(face.edgeColor, color.data(), sizeof face.edgeColor);
+        const MaterialPalette::Color &color = m_palette.color(face.voxel->material());
+        for (float(*target)[4] : {&face.color, &face.edgeColor}) {
+            if (selected)
+                MaterialPalette::highlight(*target);
+            else
+                std::memcpy(*target, color.data(), sizeof *target);
+        }
     };
     m_opaqueFaces.forEach(recolor);
     m_transparentFaces.forEach(recolor);
@@ -201,6 +204,7 @@ void TotalVolumePainter::drawMask(const std::vector<bool> &bits, std::uint32_t w
     const std::uint32_t endY = std::min(height, m_volume->sizeY());
     glDisable(GL_CULL_FACE);
     glColor4f(0.2f, 0.8f, 0.2f, 0.3f);
+    // Level, so that a mask has one shade whatever was drawn before it.
     glNormal3f(0.0f, 0.0f, 1.0f);
     glBegin(GL_QUADS);
     for (std::uint32_t x = 0; x < endX; ++x) {

@@ -50,7 +50,8 @@ public:
     /// Draws the volume's whole box as one pick target, whatever the cut.
     void drawForPicking() const;
 
-    /// Cells; upper is exclusive and at most the volume's size. Builds nothing.
+    /// Cells; upper is exclusive and at most the volume's size. Limits with a lower one that is not
+    /// below its upper one show nothing. Builds nothing.
     void setCutLimits(const CellTriple &lower, const CellTriple &upper);
     void cutLimits(CellTriple &lower, CellTriple &upper) const;
 

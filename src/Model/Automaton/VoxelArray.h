@@ -8,7 +8,8 @@
 
 namespace Model::Automaton {
 
-/// One allocation of cells, each written once from its material id.
+/// One allocation of cells, each written once from its material id. Swapped with arrays of its own
+/// length only.
 class VoxelArray final
 {
 public:
@@ -23,6 +24,7 @@ public:
 
 private:
     Voxel *m_cells;
+    std::uint32_t m_count;
 };
 
 } // namespace Model::Automaton

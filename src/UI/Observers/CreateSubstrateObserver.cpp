@@ -3,6 +3,7 @@
 #include "Core/Operations/CreateSubstrateOperation.h"
 #include "Core/Workspace.h"
 #include "Model/Materials/MaterialFactory.h"
+#include "UI/ModalDialog.h"
 #include "UI/Operations/CreateSubstrateDialog.h"
 
 #include <boost/pointer_cast.hpp>
@@ -24,7 +25,7 @@ void CreateSubstrateObserver::update()
         return;
     Operations::CreateSubstrateDialog dialog(m_dialogParent);
     dialog.setMaterials(Model::Materials::MaterialFactory::instance()->materials());
-    if (dialog.exec() != QDialog::Accepted) {
+    if (!runModally(dialog)) {
         operation->cancel();
         return;
     }

@@ -1,0 +1,153 @@
+// Isotropic deposition and etching: the front that a dozen processes share. Measured as a user has
+// it: a wafer, the lowest 3/8 of the volume filled, with a trench, and a film of 10 units. Two
+// floors in the same run: a copy of both cell arrays, which is the memory that a run must touch,
+// and an exact Euclidean distance transform of the same volume, which is what could be done
+// instead.
+
+#include "DistanceTransform.h"
+#include "Wafer.h"
+
+#include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDeposition.h"
+#include "Core/Operations/IsotropicFilmEtching/IsotropicFilmEtching.h"
+#include "Model/Automaton/TotalVolume.h"
+
+#include <QThreadPool>
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+using Benchmarks::Size;
+using Benchmarks::sizeOf;
+using Model::Automaton::TotalVolume;
+using Model::Automaton::Voxel;
+
+constexpr float Thickness = 10.0f;
+constexpr std::uint32_t Film = 9;
+
+std::unique_ptr<TotalVolume> trenchedWafer(const Size &size)
+{
+    return std::make_unique<TotalVolume>(size.x, size.y, size.z, 1.0f, 1.0f, 1.0f, Util::Vector3D(),
+                                         Benchmarks::trenchMaterials(size));
+}
+
+/// Puts the materials back without another allocation.
+void refill(TotalVolume &volume, const std::vector<std::uint32_t> &materials)
+{
+    Voxel *voxels = volume.voxels();
+    Voxel *next = volume.nextVoxels();
+    for (std::size_t i = 0; i < materials.size(); ++i) {
+        voxels[i].setMaterial(materials[i]);
+        next[i].setMaterial(materials[i]);
+    }
+    volume.releaseVoxels();
+    volume.releaseNextVoxels();
+}
+
+std::size_t countOf(TotalVolume &volume, std::uint32_t material)
+{
+    const std::size_t cells = std::size_t{volume.sizeX()} * volume.sizeY() * volume.sizeZ();
+    const Voxel *voxels = volume.voxels();
+    const auto count = std::count_if(voxels, voxels + cells, [material](const Voxel &cell) {
+        return cell.material() == material;
+    });
+    volume.releaseVoxels();
+    return static_cast<std::size_t>(count);
+}
+
+void setCellRate(benchmark::State &state, const Size &size)
+{
+    state.counters["cells"] = benchmark::Counter(static_cast<double>(size.cells()) *
+                                                     static_cast<double>(state.iterations()),
+                                                 benchmark::Counter::kIsRate);
+}
+
+void atAllSizesAndThreads(benchmark::internal::Benchmark *subject)
+{
+    subject->ArgsProduct({{100, 200, 400}, {1, 2}})->UseRealTime()->Unit(benchmark::kMillisecond);
+}
+
+void atAllSizes(benchmark::internal::Benchmark *subject)
+{
+    subject->Arg(100)->Arg(200)->Arg(400)->UseRealTime()->Unit(benchmark::kMillisecond);
+}
+
+void BM_IsotropicDeposition(benchmark::State &state)
+{
+    const Size size = sizeOf(state.range(0));
+    QThreadPool::globalInstance()->setMaxThreadCount(static_cast<int>(state.range(1)));
+    const std::vector<std::uint32_t> materials = Benchmarks::trenchMaterials(size);
+    const auto volume = trenchedWafer(size);
+    for (auto _ : state) {
+        state.PauseTiming();
+        refill(*volume, materials);
+        state.ResumeTiming();
+        Core::Operations::IsotropicFilmDeposition(volume.get(), Film, Thickness).runDeposition();
+    }
+    // The flat top alone gets ten layers.
+    if (countOf(*volume, Film) < std::size_t{size.x} * size.y * 4 / 5 * 10)
+        state.SkipWithError("the film is not there");
+    setCellRate(state, size);
+}
+BENCHMARK(BM_IsotropicDeposition)->Apply(atAllSizesAndThreads);
+
+void BM_IsotropicEtching(benchmark::State &state)
+{
+    const Size size = sizeOf(state.range(0));
+    QThreadPool::globalInstance()->setMaxThreadCount(static_cast<int>(state.range(1)));
+    const std::vector<std::uint32_t> materials = Benchmarks::trenchMaterials(size);
+    const auto volume = trenchedWafer(size);
+    const std::size_t before = countOf(*volume, 1);
+    for (auto _ : state) {
+        state.PauseTiming();
+        refill(*volume, materials);
+        state.ResumeTiming();
+        Core::Operations::IsotropicFilmEtching(volume.get(), 1, Thickness).runEtching();
+    }
+    if (countOf(*volume, 1) + std::size_t{size.x} * size.y * 4 / 5 * 10 > before)
+        state.SkipWithError("too little was etched");
+    setCellRate(state, size);
+}
+BENCHMARK(BM_IsotropicEtching)->Apply(atAllSizesAndThreads);
+
+void BM_IsotropicFloorCopyBoth(benchmark::State &state)
+{
+    const Size size = sizeOf(state.range(0));
+    const auto volume = trenchedWafer(size);
+    const auto copies = trenchedWafer(size);
+    const Voxel *from[2] = {volume->voxels(), volume->nextVoxels()};
+    Voxel *to[2] = {copies->voxels(), copies->nextVoxels()};
+    for (auto _ : state) {
+        for (int array = 0; array < 2; ++array)
+            std::copy(from[array], from[array] + size.cells(), to[array]);
+        benchmark::ClobberMemory();
+    }
+    if (to[1][0].material() != 1)
+        state.SkipWithError("the copy has other cells");
+    setCellRate(state, size);
+}
+BENCHMARK(BM_IsotropicFloorCopyBoth)->Apply(atAllSizes);
+
+void BM_IsotropicFloorDistanceTransform(benchmark::State &state)
+{
+    const Size size = sizeOf(state.range(0));
+    const std::vector<std::uint32_t> materials = Benchmarks::trenchMaterials(size);
+    std::vector<std::uint8_t> sources(materials.size());
+    std::transform(materials.begin(), materials.end(), sources.begin(),
+                   [](std::uint32_t material) { return material != 0 ? 1 : 0; });
+    float overTheTop = 0.0f;
+    for (auto _ : state) {
+        const std::vector<float> squared =
+            Benchmarks::squaredDistances(sources, size.x, size.y, size.z);
+        overTheTop = squared[size.z * 3 / 8 + 9];
+    }
+    if (overTheTop != 100.0f)
+        state.SkipWithError("the tenth layer is not at ten units");
+    setCellRate(state, size);
+}
+BENCHMARK(BM_IsotropicFloorDistanceTransform)->Apply(atAllSizes);
+
+} // namespace

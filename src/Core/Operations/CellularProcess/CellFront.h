@@ -1,0 +1,86 @@
+#pragma once
+
+#include "Core/Operations/CellularProcess/FrontList.h"
+#include "Core/Operations/CellularProcess/StripRun.h"
+
+#include <QMutex>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace Core::Operations {
+
+/// Which cells an accepted cell brings into the next step.
+enum class Neighborhood
+{
+    Face,
+    Moore
+};
+
+/// The lists of a front, strip by strip: the cells that the next step visits, and those that a
+/// strip finds beyond its own x range and hands to its neighbours.
+///
+/// A strip holds its own mutex for its whole pass, so that a neighbour that wants the outbound
+/// lists waits until they are complete; a thread holds at most one of these mutexes. There is no
+/// barrier between the pass of one strip and the merge of its neighbour: a border cell may come a
+/// step late or be lost to the front, depending on timing, and that is accepted.
+class CellFront final
+{
+public:
+    CellFront(const StripRun &strips, std::uint32_t sizeX, std::uint32_t sizeY,
+              std::uint32_t sizeZ);
+    CellFront(const CellFront &) = delete;
+    CellFront &operator=(const CellFront &) = delete;
+
+    std::uint32_t wordsInColumn() const { return m_words; }
+
+    /// Makes the empty lists of a strip. Called once a strip, by its first phase.
+    void openStrip(std::int32_t start, std::int32_t end, std::uint32_t strip);
+    /// The list that the next step of the strip visits.
+    FrontList &surfaceCells(std::uint32_t strip) { return m_surfaceCells[strip]; }
+
+    /// Whether a cell's material lets the front list the cell, a bit a cell along z. A strip writes
+    /// those of its own x range; the border layers are also read by its neighbours.
+    FrontWord passable(std::uint32_t x, std::uint32_t y, std::uint32_t word) const
+    {
+        return __atomic_load_n(&m_passable[wordIndex(x, y, word)], __ATOMIC_RELAXED);
+    }
+    void setPassable(std::uint32_t x, std::uint32_t y, std::uint32_t word, FrontWord bits)
+    {
+        __atomic_store_n(&m_passable[wordIndex(x, y, word)], bits, __ATOMIC_RELAXED);
+    }
+    void setPassable(std::uint32_t x, const PlaneCell &cell, bool passable);
+
+    /// Takes the strip's mutex and clears its outbound lists.
+    void beginPass(std::uint32_t strip);
+    /// Lists the passable neighbours of a word of cells for the next step; cells beyond the strip
+    /// go to its outbound lists, cells beyond the volume nowhere.
+    void enqueueNeighbors(Neighborhood neighborhood, std::uint32_t x, std::uint32_t y,
+                          std::uint32_t word, FrontWord bits, std::uint32_t strip);
+    void endPass(std::uint32_t strip);
+    /// Moves what the neighbours have found in this strip into its next list.
+    void takeFromNeighbors(std::uint32_t strip);
+    /// The next list takes the place of the one that was visited.
+    void replaceSurfaceCells(std::uint32_t strip);
+
+private:
+    std::size_t wordIndex(std::uint32_t x, std::uint32_t y, std::uint32_t word) const
+    {
+        return (std::size_t{x} * m_sizeY + y) * m_words + word;
+    }
+    FrontList &listFor(std::uint32_t x, std::uint32_t strip);
+
+    std::uint32_t m_sizeX;
+    std::uint32_t m_sizeY;
+    std::uint32_t m_sizeZ;
+    std::uint32_t m_words;
+    std::vector<FrontList> m_surfaceCells;
+    std::vector<FrontList> m_nextCells;
+    std::vector<FrontList> m_cellsForPreviousStrip;
+    std::vector<FrontList> m_cellsForNextStrip;
+    std::vector<std::unique_ptr<QMutex>> m_stripMutexes;
+    std::vector<FrontWord> m_passable;
+};
+
+} // namespace Core::Operations

@@ -1,0 +1,46 @@
+#include "Core/Operations/CellularProcess/StripRun.h"
+
+#include <QFuture>
+#include <QThreadPool>
+#include <QtConcurrentRun>
+
+#include <boost/bind/bind.hpp>
+
+#include <algorithm>
+#include <vector>
+
+namespace Core::Operations {
+
+StripRun::StripRun(std::uint32_t sizeX)
+    : m_sizeX(sizeX),
+      m_threads(
+          static_cast<std::uint32_t>(std::max(1, QThreadPool::globalInstance()->maxThreadCount()))),
+      m_stripWidth(m_sizeX / m_threads)
+{}
+
+std::int32_t StripRun::start(std::uint32_t strip) const
+{
+    return static_cast<std::int32_t>(isSingle() ? 0 : strip * m_stripWidth);
+}
+
+std::int32_t StripRun::end(std::uint32_t strip) const
+{
+    const bool last = strip + 1 == strips();
+    return static_cast<std::int32_t>(last ? m_sizeX : (strip + 1) * m_stripWidth);
+}
+
+void StripRun::runPhase(const StripFunction &function) const
+{
+    if (isSingle()) {
+        function(start(0), end(0), 0);
+        return;
+    }
+    std::vector<QFuture<void>> futures;
+    for (std::uint32_t strip = 0; strip < strips(); ++strip)
+        futures.push_back(
+            QtConcurrent::run(boost::bind<void>(function, start(strip), end(strip), strip)));
+    for (QFuture<void> &future : futures)
+        future.waitForFinished();
+}
+
+} // namespace Core::Operations

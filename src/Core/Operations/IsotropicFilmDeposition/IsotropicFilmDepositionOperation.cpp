@@ -1,0 +1,43 @@
+#include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDepositionOperation.h"
+
+#include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDeposition.h"
+
+namespace Core::Operations {
+
+namespace {
+
+constexpr std::uint32_t StepsNeeded = 3;
+constexpr std::uint32_t Silicon = 1;
+
+std::uint32_t s_nextInstanceId = 0;
+
+} // namespace
+
+IsotropicFilmDepositionOperation::IsotropicFilmDepositionOperation(Workspace *workspace)
+    : SteppedProcessOperation("Isotropic Deposition", Id, "IsotropicDeposition", s_nextInstanceId++,
+                              workspace)
+{}
+
+void IsotropicFilmDepositionOperation::setThickness(float thickness)
+{
+    m_thickness = thickness;
+    valueGiven();
+}
+
+void IsotropicFilmDepositionOperation::setMaterial(std::uint32_t material)
+{
+    m_material = material;
+    valueGiven();
+}
+
+void IsotropicFilmDepositionOperation::end()
+{
+    if (step() < StepsNeeded) {
+        cancel();
+        return;
+    }
+    IsotropicFilmDeposition(volume(), m_material, m_thickness).runDeposition();
+    sequence().finish(m_material == Silicon);
+}
+
+} // namespace Core::Operations

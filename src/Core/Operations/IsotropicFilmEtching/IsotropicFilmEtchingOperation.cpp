@@ -1,0 +1,43 @@
+#include "Core/Operations/IsotropicFilmEtching/IsotropicFilmEtchingOperation.h"
+
+#include "Core/Operations/IsotropicFilmEtching/IsotropicFilmEtching.h"
+
+namespace Core::Operations {
+
+namespace {
+
+constexpr std::uint32_t StepsNeeded = 3;
+constexpr std::uint32_t Silicon = 1;
+
+std::uint32_t s_nextInstanceId = 0;
+
+} // namespace
+
+IsotropicFilmEtchingOperation::IsotropicFilmEtchingOperation(Workspace *workspace)
+    : SteppedProcessOperation("Isotropic Etching", Id, "IsotropicEtching", s_nextInstanceId++,
+                              workspace)
+{}
+
+void IsotropicFilmEtchingOperation::setThickness(float thickness)
+{
+    m_thickness = thickness;
+    valueGiven();
+}
+
+void IsotropicFilmEtchingOperation::setMaterial(std::uint32_t material)
+{
+    m_material = material;
+    valueGiven();
+}
+
+void IsotropicFilmEtchingOperation::end()
+{
+    if (step() < StepsNeeded) {
+        cancel();
+        return;
+    }
+    IsotropicFilmEtching(volume(), m_material, m_thickness).runEtching();
+    sequence().finish(m_material == Silicon);
+}
+
+} // namespace Core::Operations

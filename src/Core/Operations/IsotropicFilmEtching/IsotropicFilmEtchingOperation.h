@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Core/Operations/SteppedProcessOperation.h"
+
+#include <cstdint>
+
+namespace Core::Operations {
+
+/// Etches one material of a cell volume to an even depth.
+class IsotropicFilmEtchingOperation final : public SteppedProcessOperation
+{
+public:
+    static constexpr std::uint32_t Id = 14;
+
+    explicit IsotropicFilmEtchingOperation(Workspace *workspace);
+
+    /// The depth, in drawing units.
+    void setThickness(float thickness);
+    void setMaterial(std::uint32_t material);
+
+    /// Runs the simulation, if both values were given; cancels otherwise.
+    void end() override;
+
+private:
+    std::uint32_t m_material = 0;
+    float m_thickness = 0.0f;
+};
+
+} // namespace Core::Operations

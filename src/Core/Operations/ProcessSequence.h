@@ -1,0 +1,53 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+namespace Core {
+class Workspace;
+}
+namespace Model::Automaton {
+class TotalVolume;
+}
+
+namespace Core::Operations {
+
+class Operation;
+
+/// What the process operations share: a cell volume is selected first, then a dialog asks for the
+/// values, then the cells change. Each operation is composed of one and keeps its own step counter.
+/// GUI thread only.
+class ProcessSequence final
+{
+public:
+    /// Neither is owned; `operation` owns the sequence, and its name is the prefix of the messages.
+    ProcessSequence(Workspace *workspace, Operation *operation);
+    ProcessSequence(const ProcessSequence &) = delete;
+    ProcessSequence &operator=(const ProcessSequence &) = delete;
+
+    /// Takes the first cell volume of the selection as target, in the order of the clicks, and says
+    /// so; whether there was one.
+    bool takeSelectedVolume();
+    /// The same; if there is none, asks for one on the console and waits for Enter, which calls the
+    /// operation's next().
+    bool selectVolume();
+    /// The target; empty until there is one.
+    const boost::shared_ptr<Model::Automaton::TotalVolume> &volume() const { return m_volume; }
+
+    /// Says so, and leaves the workspace idle. The operation may be destroyed within this call.
+    void cancel();
+    /// What follows a simulation: the picture, the records, the message, the undo stack.
+    /// `latticeStale` says that the silicon lattice no longer fits the cells. The operation may be
+    /// destroyed within this call.
+    void finish(bool latticeStale);
+
+private:
+    void write(const std::string &suffix);
+
+    Workspace *m_workspace;
+    Operation *m_operation;
+    boost::shared_ptr<Model::Automaton::TotalVolume> m_volume;
+};
+
+} // namespace Core::Operations
