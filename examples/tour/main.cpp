@@ -1,15 +1,19 @@
 #include "Support/WindowDriver.h"
 
 #include "Core/Workspace.h"
+#include "Model/Process/ProcessFactory.h"
 #include "UI/GLWidget.h"
 #include "UI/MainWindow.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QImage>
 #include <QTextStream>
 #include <QWidget>
 
+#include <algorithm>
+#include <cstdint>
 #include <exception>
 #include <stdexcept>
 
@@ -17,6 +21,8 @@ namespace {
 
 using Support::DialogAnswer;
 using Support::WindowDriver;
+
+constexpr std::uint32_t Gold = 9;
 
 /// Plays the window as a user would, and saves a picture at each stop. It fails when a stop does
 /// not show what it should, so that what it leaves behind can be trusted.
@@ -30,6 +36,8 @@ public:
         emptyWindow();
         createSubstrate();
         sixViews();
+        isotropicFilms();
+        editing();
     }
 
 private:
@@ -68,6 +76,78 @@ private:
             const QString name = QString(view).mid(6).section('_', 0, 0).toLower();
             save("view-" + name, m_driver.picture());
         }
+    }
+
+    void isotropicFilms()
+    {
+        // The built-in table has no metal for this process; a user adds it in processes.xml.
+        const auto processes = Model::Process::ProcessFactory::instance();
+        Model::Process::Process cvd = processes->processByName("CVD");
+        cvd.addCompatibleMaterial(Gold);
+        processes->updateProcess(cvd);
+
+        m_driver.trigger("actionNew", {DialogAnswer().accept()});
+        expect(m_driver.volumes().empty(), "the document is empty again");
+        m_driver.trigger("actionCreate_Substrate", {DialogAnswer()
+                                                        .type("sbxSubsWidth", "50")
+                                                        .type("sbxSubsX", "25")
+                                                        .type("sbxSubsLength", "50")
+                                                        .type("sbxSubsY", "25")
+                                                        .accept()});
+        m_driver.trigger("actionManual_View", {DialogAnswer().accept()});
+        save("mesa", m_driver.picture());
+
+        selectVolume();
+        m_driver.trigger("actionCVD", {DialogAnswer()
+                                           .choose("cbxMaterial", "Au (bulk)")
+                                           .type("dblThickness", "10")
+                                           .look([this](QWidget &dialog) {
+                                               save("isotropic-deposition",
+                                                    dialog.grab().toImage());
+                                           })
+                                           .accept()});
+        const std::size_t deposited = cellsOf(Gold);
+        expect(deposited > 50 * 50 * 10, "the mesa is covered with gold");
+        save("film", m_driver.picture());
+
+        selectVolume();
+        m_driver.trigger(
+            "actionIsotropic_Film_Etching",
+            {DialogAnswer().choose("cbxMaterial", "Au (bulk)").type("dblThickness", "5").accept()});
+        expect(cellsOf(Gold) < deposited, "some of the gold is gone");
+        expect(cellsOf(Gold) > 50 * 50 * 5, "half of the film is left");
+        save("etched-back", m_driver.picture());
+
+        m_driver.trigger("actionUndo");
+        expect(m_driver.action("actionRedo").text() == "Redo Isotropic Etching",
+               "the etching can be done again");
+        m_driver.trigger("actionRedo");
+    }
+
+    void editing()
+    {
+        selectVolume();
+        m_driver.trigger("actionCopy");
+        m_driver.typeIntoConsole("120,0,0");
+        expect(m_driver.volumes().size() == 2, "there are two volumes");
+        expect(m_driver.materials(0) == m_driver.materials(1), "the copy has the same cells");
+        m_driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "300").accept()});
+        save("copy", m_driver.screen());
+    }
+
+    /// Picks the volume that lies in the middle of the view.
+    void selectVolume()
+    {
+        m_driver.trigger("actionSelect");
+        m_driver.click(m_driver.viewCenter());
+        expect(m_driver.workspace().pointer().selectedObjects().size() == 1,
+               "a click selects the volume");
+    }
+
+    std::size_t cellsOf(std::uint32_t material)
+    {
+        const auto materials = m_driver.materials();
+        return static_cast<std::size_t>(std::count(materials.begin(), materials.end(), material));
     }
 
     void save(const QString &name, const QImage &picture)
