@@ -51,6 +51,7 @@ void BM_DirectFaces(benchmark::State &state)
 }
 BENCHMARK(BM_DirectFaces)
     ->ArgsProduct({{100, 200, 400}, {1, 2}})
+    ->MeasureProcessCPUTime()
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 
@@ -75,6 +76,7 @@ BENCHMARK(BM_DirectFacesFloorRead)
     ->Arg(100)
     ->Arg(200)
     ->Arg(400)
+    ->MeasureProcessCPUTime()
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 
@@ -97,6 +99,7 @@ BENCHMARK(BM_DirectFacesFloorCopy)
     ->Arg(100)
     ->Arg(200)
     ->Arg(400)
+    ->MeasureProcessCPUTime()
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 
