@@ -16,7 +16,9 @@ namespace Core {
 /// It holds at most one waiter, which it does not own: an operation calls clearRequest() or
 /// dropRequest() before it leaves. Texts are UTF-8.
 ///
-/// writeMessage() may run on a worker thread; everything else belongs to the GUI thread.
+/// writeMessage() may run on a worker thread, where it and message(), which observers call, run one
+/// after the other; there is no lock, so only one thread at a time may write. Everything else
+/// belongs to the GUI thread.
 class CommandInterpreter final
 {
 public:
@@ -43,6 +45,8 @@ public:
     /// Arm calls. If a different operation waits, its end() is called first. The value arrives in
     /// `target` right before the waiter's next(); `received`, where there is one, is cleared here
     /// and set then.
+    /// `entered`, where it is given, is set when an Enter fires the waiter; arming does not clear
+    /// it.
     void awaitEnter(Operations::Operation *operation, bool *entered = nullptr);
     void awaitInteger(Operations::Operation *operation, std::int32_t &target, bool &received);
     void awaitDouble(Operations::Operation *operation, double &target, bool &received);

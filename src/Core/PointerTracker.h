@@ -43,7 +43,9 @@ public:
     /// The next press, with its world position.
     void awaitClick(Operations::Operation *operation, Util::Vector3D &position,
                     std::int32_t &button);
-    /// The next move of any kind, with its world position.
+    /// All waits write through one set of result pointers, so that arming a second one redirects
+    /// what an earlier one gets. The next move of any kind, with its world position; `secondary` is
+    /// left alone.
     void awaitMove(Operations::Operation *operation, Util::Vector3D &secondary,
                    Util::Vector3D &position);
     /// The next move that carries a button code, with the world positions of this event

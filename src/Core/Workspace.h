@@ -52,6 +52,7 @@ public:
     PointerTracker &pointer() { return m_pointer; }
     Model::Document &document() { return m_document; }
     Operations::OperationHistory &history() { return m_history; }
+    /// Told whenever the picture has changed.
     Util::ObserverList &updateObservers() { return m_updateObservers; }
     Selection &selection() { return m_selection; }
     Archives &archives() { return m_archives; }

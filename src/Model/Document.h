@@ -36,6 +36,8 @@ public:
     /// The object with that id, or an empty pointer.
     boost::shared_ptr<Object> findObject(std::uint32_t objectId) const;
 
+    /// Both draws need a current OpenGL context, and hold the lock of the objects meanwhile: what
+    /// is drawn must not call the document.
     void draw(bool renderObjects, bool renderEdges) const;
     void drawForPicking() const;
 

@@ -55,10 +55,12 @@ void Layer::draw(bool renderObjects, bool renderEdges) const
 
 void Layer::drawForPicking() const
 {
+    const MatrixKeeper matrix;
     for (const boost::shared_ptr<Object> &object : m_objects) {
         glPushName(object->id());
         object->drawForPicking();
         glPopName();
+        matrix.restore();
     }
 }
 

@@ -27,10 +27,12 @@ public:
     /// The first object with that id, or an empty pointer; `found` says which.
     boost::shared_ptr<Object> find(std::uint32_t objectId, bool &found) const;
 
+    /// Both draws need a current OpenGL context.
+    ///
     /// Draws each object, or, in OpenGL's selection mode, does what drawForPicking does. Every
     /// object gets the same matrix, whatever the one before it left.
     void draw(bool renderObjects, bool renderEdges) const;
-    /// Draws each object's pick target under its id as OpenGL name.
+    /// Draws each object's pick target under its id as OpenGL name, each with the same matrix.
     void drawForPicking() const;
 
 private:

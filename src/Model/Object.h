@@ -24,6 +24,7 @@ public:
 
     virtual std::uint32_t objectType() const = 0;
     /// Draws in the matrix that is current, which it may leave changed: the walker restores it.
+    /// Both draws need a current OpenGL context.
     virtual void draw(bool renderObjects, bool renderEdges) = 0;
     virtual void drawForPicking() = 0;
     /// A new object on the heap, owned by the caller; null where a class cannot be copied.

@@ -211,6 +211,8 @@ void MainWindow::redoOperation()
 void MainWindow::selectionToggled(bool checked)
 {
     m_presenter.setSelectionMode(checked);
+    // Turning it off takes the highlight away.
+    m_view->update();
 }
 
 void MainWindow::lightingToggled(bool checked)

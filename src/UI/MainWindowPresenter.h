@@ -28,6 +28,7 @@ public:
     Core::Selection &selection() { return m_workspace.selection(); }
     Console::CommandConsole &console() { return m_console; }
 
+    /// Undo and redo also take objects out of the selection that the document no longer holds.
     void undoOperation();
     void redoOperation();
     void setSelectionMode(bool on);

@@ -4,7 +4,8 @@
 
 namespace Util {
 
-/// A Vector4D whose w is 0. Sums and products of two of them are Vector4D and convert back.
+/// A Vector4D that is built with w = 0 and whose assignment leaves w alone. Sums of two of them,
+/// and a number times one, are Vector4D and convert back.
 class Vector3D final : public Vector4D
 {
 public:

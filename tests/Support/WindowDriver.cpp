@@ -171,6 +171,11 @@ QImage WindowDriver::picture()
 QImage WindowDriver::screen()
 {
     settle();
+    return grabbed();
+}
+
+QImage WindowDriver::grabbed()
+{
     return window().screen()->grabWindow(0).toImage();
 }
 

@@ -71,9 +71,11 @@ public:
     void turnWheel(int notches);
     QPoint viewCenter();
 
-    /// The picture in the view, and the whole screen with window, console and dialogs.
+    /// The picture in the view, painted for this call.
     QImage picture();
+    /// The whole screen, with window, console and dialogs: after pending repaints, or as it is.
     QImage screen();
+    QImage grabbed();
 
     /// The cell volumes of the document, first to last.
     std::vector<boost::shared_ptr<Model::Automaton::TotalVolume>> volumes();

@@ -251,4 +251,69 @@ TEST_F(MainWindowPresenterTest, AnOperationThatFinishesAfterAnUndoDisablesRedo)
     EXPECT_EQ(m_driver.action("actionRedo").text(), "Redo ");
 }
 
+/// Stays current and leaves every wait armed, as a careless operation would.
+class Stubborn final : public Operation
+{
+public:
+    explicit Stubborn(Core::Workspace *workspace) : Operation("Stubborn", 1), m_workspace(workspace)
+    {}
+    void next() override
+    {
+        ++nextCalls;
+        m_workspace->interpreter().awaitEnter(this);
+        m_workspace->pointer().awaitClick(this, position, button);
+    }
+    void cancel() override
+    {
+        ++cancelCalls;
+        objectsAtCancel = m_workspace->document().objects().size();
+        selectedAtCancel = m_workspace->pointer().selectedObjects().size();
+    }
+    void end() override {}
+
+    int nextCalls = 0;
+    int cancelCalls = 0;
+    std::size_t objectsAtCancel = 0;
+    std::size_t selectedAtCancel = 0;
+    Util::Vector3D position;
+    std::int32_t button = 3;
+
+private:
+    Core::Workspace *m_workspace;
+};
+
+class StubbornFactory final : public Core::Operations::IOperationFactory
+{
+public:
+    explicit StubbornFactory(const boost::shared_ptr<Stubborn> &operation) : m_operation(operation)
+    {}
+    boost::shared_ptr<Operation> create(std::uint32_t /*operationId*/) override
+    {
+        return m_operation;
+    }
+
+private:
+    boost::shared_ptr<Stubborn> m_operation;
+};
+
+TEST_F(MainWindowPresenterTest, NewForgetsEveryWaitAndCancelsBeforeItErases)
+{
+    createSubstrate();
+    const auto operation = boost::make_shared<Stubborn>(&m_workspace);
+    m_workspace.setOperationFactory(boost::make_shared<StubbornFactory>(operation));
+    m_driver.trigger("actionMove");
+    m_workspace.selection().setSelectionMode(true);
+    m_driver.click(m_driver.viewCenter() + QPoint(30, -30));
+    // The click fired the wait, which is armed again.
+    ASSERT_EQ(operation->nextCalls, 2);
+    m_driver.trigger("actionNew", {DialogAnswer().accept()});
+    EXPECT_EQ(operation->cancelCalls, 1);
+    EXPECT_EQ(operation->objectsAtCancel, 1u);
+    EXPECT_EQ(operation->selectedAtCancel, 1u);
+    EXPECT_TRUE(m_workspace.pointer().selectedObjects().empty());
+    m_driver.click(QPoint(5, 5));
+    m_driver.press(Qt::Key_Return);
+    EXPECT_EQ(operation->nextCalls, 2);
+}
+
 } // namespace

@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QDir>
 #include <QEvent>
 #include <QFile>
 #include <QImage>
@@ -64,12 +65,15 @@ TEST_F(MainWindowTest, IsDeletedWhenItIsClosed)
     EXPECT_EQ(m_driver.window().windowTitle(), "Lithara");
 }
 
-TEST_F(MainWindowTest, ExitClosesTheWindowWithNoQuestion)
+TEST_F(MainWindowTest, ExitClosesTheWindowWithNoQuestionAndRemovesTheStateFiles)
 {
+    const QStringList patterns = {"undo*.temp", "redo*.temp"};
     m_driver.trigger("actionCreate_Substrate", {DialogAnswer().accept()});
+    EXPECT_EQ(QDir().entryList(patterns, QDir::Files).size(), 2);
     m_driver.action("actionExit").trigger();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_THROW(m_driver.window(), std::runtime_error);
+    EXPECT_TRUE(QDir().entryList(patterns, QDir::Files).isEmpty());
 }
 
 TEST_F(MainWindowTest, EveryActionThatCarriesAnIdAsksForItsRow)

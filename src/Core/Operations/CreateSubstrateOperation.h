@@ -17,12 +17,14 @@ class TotalVolume;
 namespace Core::Operations {
 
 /// Adds a new cell volume with a substrate to the document. Its observer asks the user, hands the
-/// answers to one of the two setters and calls next(). Sizes and places in cells.
+/// answers to one of the two setters and calls next(). Sizes and places in cells,
+/// but for `position`, the world position of the volume.
 class CreateSubstrateOperation final : public ObjectOperation
 {
 public:
     static constexpr std::uint32_t Id = 2;
 
+    /// The workspace is not owned.
     explicit CreateSubstrateOperation(Workspace *workspace);
 
     void setObserver(boost::shared_ptr<Util::IObserver> observer);

@@ -20,6 +20,7 @@ class Operation;
 class OperationHistory final
 {
 public:
+    /// The workspace owns the history.
     explicit OperationHistory(Workspace *workspace);
     OperationHistory(const OperationHistory &) = delete;
     OperationHistory &operator=(const OperationHistory &) = delete;
