@@ -7,8 +7,6 @@
 
 #include "Model/Automaton/TotalVolume.h"
 
-#include <QThreadPool>
-
 #include <benchmark/benchmark.h>
 
 #include <cstring>
@@ -37,7 +35,7 @@ void setCellRate(benchmark::State &state, const Size &size)
 void BM_DirectFaces(benchmark::State &state)
 {
     const Size size = sizeOf(state.range(0));
-    QThreadPool::globalInstance()->setMaxThreadCount(static_cast<int>(state.range(1)));
+    const Benchmarks::PoolThreads threads(static_cast<int>(state.range(1)));
     const auto volume = wafer(size);
     for (auto _ : state)
         volume->painter().rebuild();

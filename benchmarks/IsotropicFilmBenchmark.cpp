@@ -11,8 +11,6 @@
 #include "Core/Operations/IsotropicFilmEtching/IsotropicFilmEtching.h"
 #include "Model/Automaton/TotalVolume.h"
 
-#include <QThreadPool>
-
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -78,7 +76,7 @@ void atAllSizes(benchmark::internal::Benchmark *subject)
 void BM_IsotropicDeposition(benchmark::State &state)
 {
     const Size size = sizeOf(state.range(0));
-    QThreadPool::globalInstance()->setMaxThreadCount(static_cast<int>(state.range(1)));
+    const Benchmarks::PoolThreads threads(static_cast<int>(state.range(1)));
     const std::vector<std::uint32_t> materials = Benchmarks::trenchMaterials(size);
     const auto volume = trenchedWafer(size);
     for (auto _ : state) {
@@ -97,7 +95,7 @@ BENCHMARK(BM_IsotropicDeposition)->Apply(atAllSizesAndThreads);
 void BM_IsotropicEtching(benchmark::State &state)
 {
     const Size size = sizeOf(state.range(0));
-    QThreadPool::globalInstance()->setMaxThreadCount(static_cast<int>(state.range(1)));
+    const Benchmarks::PoolThreads threads(static_cast<int>(state.range(1)));
     const std::vector<std::uint32_t> materials = Benchmarks::trenchMaterials(size);
     const auto volume = trenchedWafer(size);
     const std::size_t before = countOf(*volume, 1);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QThreadPool>
+
 #include <cstdint>
 #include <vector>
 
@@ -49,5 +51,21 @@ inline std::vector<std::uint32_t> trenchMaterials(const Size &size)
                 ids[(std::size_t{x} * size.y + y) * size.z + z] = 0;
     return ids;
 }
+
+/// Sets the thread count of the global pool for one benchmark, and puts it back.
+class PoolThreads final
+{
+public:
+    explicit PoolThreads(int threads) : m_before(QThreadPool::globalInstance()->maxThreadCount())
+    {
+        QThreadPool::globalInstance()->setMaxThreadCount(threads);
+    }
+    ~PoolThreads() { QThreadPool::globalInstance()->setMaxThreadCount(m_before); }
+    PoolThreads(const PoolThreads &) = delete;
+    PoolThreads &operator=(const PoolThreads &) = delete;
+
+private:
+    int m_before;
+};
 
 } // namespace Benchmarks

@@ -19,6 +19,9 @@ MainWindowPresenter::MainWindowPresenter(MainWindow *mainWindow)
 {
     placeConsole();
     m_console.show();
+    // Volumes may come and go in what a line sets off, also in one that Return sends in the console.
+    connect(&m_console, &Console::CommandConsole::entering, this,
+            [this] { m_mainWindow->makeViewCurrent(); });
 
     const auto undoObserver = boost::make_shared<Observers::UndoRedoObserver>();
     m_workspace.history().addUndoObserver(undoObserver);
@@ -120,7 +123,6 @@ void MainWindowPresenter::operationActivated(const QString &operationId)
 
 void MainWindowPresenter::enterPressed()
 {
-    m_mainWindow->makeViewCurrent();
     m_console.enterPressed();
 }
 

@@ -389,32 +389,6 @@ TEST_F(CopyObjectTest, CopiedVolumeHasTheCellsAndItsSurfaceWhenItIsShown)
     expectVector(volume->position(), 0, 0, 0);
 }
 
-// An extracted model cannot be cloned.
-TEST_F(CopyObjectTest, ObjectThatCannotBeClonedLeavesNoEmptyEntryInTheDocument)
-{
-    const auto model = boost::make_shared<Fakes::Object>();
-    workspace().document().addObject(model);
-    for (const ObjectList &selected : {ObjectList{model}, ObjectList{m_piece, model}}) {
-        select(selected);
-        workspace().activate(CopyObject::Id);
-        press(Vector3D(1, 1, 1));
-        movePointer(Vector3D(2, 2, 2));
-        press(Vector3D(3, 3, 3));
-        for (const auto &object : workspace().document().objects())
-            EXPECT_NE(object, nullptr);
-        workspace().history().undo();
-        for (const auto &object : workspace().document().objects())
-            EXPECT_NE(object, nullptr);
-        EXPECT_EQ(workspace().document().objects(), (ObjectList{m_piece, model}));
-        workspace().history().redo();
-        for (const auto &object : workspace().document().objects())
-            EXPECT_NE(object, nullptr);
-        workspace().cancelCurrent();
-        workspace().history().undo();
-    }
-    expectVector(model->position(), 0, 0, 0);
-}
-
 TEST_F(CopyObjectTest, CancelAtThePromptStaysCurrentAndDropsTheWait)
 {
     promptForObjects();
@@ -629,4 +603,30 @@ TEST_F(CopyObjectTest, ClonesTakenOutLiveUntilTheHistoryForgetsThem)
     EXPECT_EQ(m_piece->family().size(), 2U);
     workspace().history().clear();
     EXPECT_EQ(m_piece->family().size(), 1U);
+}
+
+// An extracted model cannot be cloned.
+TEST_F(CopyObjectTest, ObjectThatCannotBeClonedLeavesNoEmptyEntryInTheDocument)
+{
+    const auto model = boost::make_shared<Fakes::Object>();
+    workspace().document().addObject(model);
+    for (const ObjectList &selected : {ObjectList{model}, ObjectList{m_piece, model}}) {
+        select(selected);
+        workspace().activate(CopyObject::Id);
+        press(Vector3D(1, 1, 1));
+        movePointer(Vector3D(2, 2, 2));
+        press(Vector3D(3, 3, 3));
+        for (const auto &object : workspace().document().objects())
+            EXPECT_NE(object, nullptr);
+        workspace().history().undo();
+        for (const auto &object : workspace().document().objects())
+            EXPECT_NE(object, nullptr);
+        EXPECT_EQ(workspace().document().objects(), (ObjectList{m_piece, model}));
+        workspace().history().redo();
+        for (const auto &object : workspace().document().objects())
+            EXPECT_NE(object, nullptr);
+        workspace().cancelCurrent();
+        workspace().history().undo();
+    }
+    expectVector(model->position(), 0, 0, 0);
 }

@@ -111,7 +111,7 @@ inline Cells read(const Voxel *voxels, std::size_t count)
     for (std::size_t i = 0; i < count; ++i) {
         const Voxel &voxel = voxels[i];
         cells[i] = {voxel.material(),
-                    voxel.isReached(),
+                    voxel.reached(),
                     {voxel.distanceX(), voxel.distanceY(), voxel.distanceZ()},
                     voxel.atoms()};
     }

@@ -485,13 +485,15 @@ TEST(IsotropicFilmDepositionTest, WorkingBufferHoldsTheSameFronts)
 TEST(IsotropicFilmDepositionTest, VisitedCellsTakeTheAtomsOfTheWorkingBuffer)
 {
     const Grid grid = {8, 7, 12};
-    const Case given = flatFloor(grid, 3.0f, 2);
-    const Rule rule = ruleOf(given, stripsOf(grid, 1));
-    for (const int threads : {1, 5}) {
-        Sample sample(given);
-        sample.run(threads);
-        EXPECT_TRUE(agree(given, sample.voxels(), rule.voxels(), hasSameAtoms));
-        EXPECT_TRUE(agree(given, sample.nextVoxels(), rule.nextVoxels(), hasSameAtoms));
+    for (const Case &given :
+         {flatFloor(grid, 3.0f, 2), Case{grid, randomMaterials(grid, 31, 5), deposition(3.0f)}}) {
+        const Rule rule = ruleOf(given, stripsOf(grid, 1));
+        for (const int threads : {1, 5}) {
+            Sample sample(given);
+            sample.run(threads);
+            EXPECT_TRUE(agree(given, sample.voxels(), rule.voxels(), hasSameAtoms));
+            EXPECT_TRUE(agree(given, sample.nextVoxels(), rule.nextVoxels(), hasSameAtoms));
+        }
     }
 }
 

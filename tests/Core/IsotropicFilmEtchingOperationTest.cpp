@@ -146,6 +146,7 @@ TEST_F(IsotropicFilmEtchingOperationTest, NextAfterTheSelectionDoesNothing)
 {
     for (const bool observed : {false, true}) {
         m_observed = observed;
+        workspace().cancelCurrent();
         activateOn(m_volume);
         select({m_other});
         log().clear();
@@ -250,17 +251,6 @@ TEST_F(IsotropicFilmEtchingOperationTest, ValuesGivenAtThePromptAreStepsToo)
     current()->end();
     EXPECT_EQ(log(), (Log{canceled, "view updated"}));
     Fakes::expectMaterials(*m_volume, layers(5));
-}
-
-TEST_F(IsotropicFilmEtchingOperationTest, EndWithoutAVolumeIsNoCrash)
-{
-    activate();
-    for (int i = 0; i < 4; ++i)
-        current()->setMaterial(oxide);
-    current()->end();
-    EXPECT_EQ(workspace().currentOperation(), nullptr);
-    workspace().history().undo();
-    workspace().history().redo();
 }
 
 TEST_F(IsotropicFilmEtchingOperationTest, RejectedDialogLeavesItCurrentUntilTheNextOperation)

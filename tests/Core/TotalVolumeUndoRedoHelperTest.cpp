@@ -151,10 +151,10 @@ TEST_F(TotalVolumeUndoRedoHelperTest, TagWithoutANumberIsNoRecord)
     EXPECT_EQ(loaded("Doping none 7 7 7 7 7 7\n"), m_before);
 }
 
-TEST_F(TotalVolumeUndoRedoHelperTest, TagWithoutANumberDoesNotHideTheRecordAfterIt)
+TEST_F(TotalVolumeUndoRedoHelperTest, TagWithoutANumberDoesNotHideALaterRecord)
 {
     EXPECT_EQ(loaded("Doping none 7 7\nDoping 3 0 9 8 0 70 1\n"), m_stored);
-    EXPECT_EQ(loaded("Doping\nDoping 3 0 9 8 0 70 1\n"), m_stored);
+    EXPECT_EQ(loaded("Doping\nOther 1 2\nDoping 3 0 9 8 0 70 1\n"), m_stored);
 }
 
 TEST_F(TotalVolumeUndoRedoHelperTest, HelpersOfOneClassFindTheirOwnRecords)

@@ -15,7 +15,7 @@ namespace {
 /// All fields, in declared order.
 std::array<double, 6> fields(const Voxel &voxel)
 {
-    return {double(voxel.material()),  double(voxel.isReached()), double(voxel.distanceX()),
+    return {double(voxel.material()),  double(voxel.reached()), double(voxel.distanceX()),
             double(voxel.distanceY()), double(voxel.distanceZ()), double(voxel.atoms())};
 }
 
@@ -83,9 +83,9 @@ TEST(VoxelTest, ReachedCanBeTakenBack)
 {
     Voxel voxel;
     voxel.setReached(true);
-    EXPECT_TRUE(voxel.isReached());
+    EXPECT_TRUE(voxel.reached());
     voxel.setReached(false);
-    EXPECT_FALSE(voxel.isReached());
+    EXPECT_FALSE(voxel.reached());
 }
 
 TEST(VoxelTest, SettersCheckNothing)

@@ -11,6 +11,7 @@ class CopyObject final : public DragObjects
 public:
     static constexpr std::uint32_t Id = 1;
 
+    /// The workspace is not owned.
     explicit CopyObject(Workspace *workspace);
 
     /// Stays current: it leaves when the next operation starts.

@@ -17,6 +17,7 @@ class DeleteObject final : public ObjectOperation
 public:
     static constexpr std::uint32_t Id = 4;
 
+    /// The workspace is not owned.
     explicit DeleteObject(Workspace *workspace);
 
     void next() override;

@@ -19,12 +19,13 @@ void DragObjects::next()
 {
     if (m_step == Selecting) {
         const ObjectList selected = m_workspace->pointer().selectedObjects();
-        if (selected.empty()) {
+        takeObjects(selected);
+        if (m_objects.empty()) {
             m_workspace->interpreter().writeMessage(m_texts.select);
             m_workspace->interpreter().awaitEnter(this);
             m_workspace->selection().setSelectionMode(true);
         } else {
-            start(selected);
+            start();
         }
     } else if (m_step == AwaitingOrigin) {
         if (m_distanceEntered) {
@@ -41,14 +42,20 @@ void DragObjects::next()
     }
 }
 
-void DragObjects::start(const ObjectList &selected)
+void DragObjects::takeObjects(const ObjectList &selected)
 {
     for (const auto &chosen : selected) {
         const boost::shared_ptr<Model::Object> object = objectFor(chosen);
+        if (!object)
+            continue;
         object->setMoving(true);
         object->setDisplacement(m_distance);
         m_objects.push_back(object);
     }
+}
+
+void DragObjects::start()
+{
     write("Left click or enter the distance into the console (x, y, z):");
     m_button = PointerTracker::NoButton;
     m_workspace->pointer().awaitClick(this, m_origin, m_button);

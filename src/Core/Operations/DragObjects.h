@@ -7,7 +7,6 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
-#include <list>
 #include <string>
 
 namespace Core {
@@ -45,7 +44,7 @@ protected:
 
     DragObjects(std::string name, std::uint32_t id, Texts texts, Workspace *workspace);
 
-    /// The object to displace for a selected one.
+    /// The object to displace for a selected one; empty where there can be none, which passes it over.
     virtual boost::shared_ptr<Model::Object>
     objectFor(const boost::shared_ptr<Model::Object> &selected) = 0;
 
@@ -54,6 +53,7 @@ protected:
     std::uint32_t step() const { return m_step; }
     const Util::Vector3D &distance() const { return m_distance; }
 
+    /// Writes to the console, behind the prefix.
     void write(const std::string &text);
     /// Ends the drag of each object and puts it where it belongs.
     void placeObjects();
@@ -64,7 +64,8 @@ protected:
     void finish(const std::string &text);
 
 private:
-    void start(const ObjectList &selected);
+    void takeObjects(const ObjectList &selected);
+    void start();
     void awaitDestination();
     void dragOn();
 

@@ -10,6 +10,7 @@ class MoveObject final : public DragObjects
 public:
     static constexpr std::uint32_t Id = 7;
 
+    /// The workspace is not owned.
     explicit MoveObject(Workspace *workspace);
 
     /// Stays current: it leaves when the next operation starts.

@@ -23,6 +23,7 @@ class SelectVolumesOperation final : public Operation
 public:
     static constexpr std::uint32_t Id = 24;
 
+    /// The workspace is not owned.
     explicit SelectVolumesOperation(Workspace *workspace);
 
     /// The one observer of the class, told when there is an answer.

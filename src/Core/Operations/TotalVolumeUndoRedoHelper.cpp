@@ -18,17 +18,24 @@ using Model::Automaton::Voxel;
 
 namespace {
 
-/// Moves behind the record of that tag and number; false if the stream ends first.
+/// Passes over blanks within the line; whether anything follows in it.
+bool skipBlanks(std::istream &stream)
+{
+    while (stream.peek() == ' ' || stream.peek() == '\t')
+        stream.get();
+    return stream.peek() != '\n' && stream.peek() != '\r' && !stream.eof();
+}
+
+/// Moves behind tag and number of the record looked for; false if the stream ends first.
 bool findRecord(std::istream &stream, const std::string &tag, std::uint32_t instanceId)
 {
     std::string token;
     while (stream >> token) {
         std::uint32_t instance = 0;
-        if (token == tag && stream >> instance && instance == instanceId)
+        if (token == tag && skipBlanks(stream) && stream >> instance && instance == instanceId)
             return true;
         // What is no number leaves the stream in a failed state; the line is skipped all the same.
-        if (!stream.eof())
-            stream.clear();
+        stream.clear();
         stream.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
     }
     return false;
@@ -66,7 +73,7 @@ void TotalVolumeUndoRedoHelper::loadState(const std::string &fileName, TotalVolu
         volume.releaseNextVoxels();
         file.close();
     }
-    qDebug() << "Time to load: " << timer.elapsed() << " ms";
+    qDebug().nospace() << "Time to load: " << timer.elapsed() << " ms";
 }
 
 void TotalVolumeUndoRedoHelper::loadUndoState(TotalVolume &volume) const

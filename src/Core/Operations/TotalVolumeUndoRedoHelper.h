@@ -25,7 +25,7 @@ public:
     TotalVolumeUndoRedoHelper(std::string tag, std::uint32_t instanceId, Workspace *workspace);
 
     /// Stores nothing, on purpose: undo of a process leaves the cells as they are and moves the
-    /// operation between the stacks. The operations call it where a state would be kept.
+    /// operation between the stacks. Some operations call it where a state would be kept.
     void saveState(Model::Automaton::TotalVolume &volume);
     /// Looks for the operation's record in the file and writes its ids to both arrays of the
     /// volume. A file or record that is missing changes nothing; a record that ends early leaves

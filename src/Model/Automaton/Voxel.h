@@ -29,7 +29,7 @@ public:
     std::uint32_t material() const { return m_material; }
     void setMaterial(std::uint32_t material) { m_material = material; }
 
-    bool isReached() const { return m_front.reached; }
+    bool reached() const { return m_front.reached; }
     void setReached(bool reached) { m_front.reached = reached; }
 
     float distanceX() const { return m_front.distanceX; }

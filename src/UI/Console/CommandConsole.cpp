@@ -45,6 +45,7 @@ void CommandConsole::enterPressed()
         m_form->log->appendPlainText(text);
         m_form->line->clear();
     }
+    Q_EMIT entering();
     m_interpreter->enter(text.toStdString());
 }
 

@@ -36,6 +36,8 @@ public Q_SLOTS:
     void writeMessage(QString message);
 
 Q_SIGNALS:
+    /// A line is about to go to the interpreter.
+    void entering();
     /// The user has closed the window, which hides it.
     void closed();
 

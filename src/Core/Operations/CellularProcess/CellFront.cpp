@@ -1,7 +1,5 @@
 #include "Core/Operations/CellularProcess/CellFront.h"
 
-#include <QMutexLocker>
-
 #include <utility>
 
 namespace Core::Operations {
@@ -41,46 +39,55 @@ void CellFront::setPassable(std::uint32_t x, const PlaneCell &cell, bool isPassa
     setPassable(x, cell.y, word, isPassable ? bits | bit : bits & ~bit);
 }
 
-void CellFront::beginPass(std::uint32_t strip)
+CellFront::Pass::Pass(CellFront &front, std::uint32_t strip)
+    : m_lock(front.m_stripMutexes[strip].get())
 {
-    m_stripMutexes[strip]->lock();
-    m_cellsForPreviousStrip[strip].clear();
-    m_cellsForNextStrip[strip].clear();
+    front.m_cellsForPreviousStrip[strip].clear();
+    front.m_cellsForNextStrip[strip].clear();
 }
 
-void CellFront::enqueueNeighbors(Neighborhood neighborhood, std::uint32_t x, std::uint32_t y,
-                                 std::uint32_t word, FrontWord bits, std::uint32_t strip)
+void CellFront::enqueueNeighbors(Neighborhood neighborhood, std::uint32_t x,
+                                 const std::vector<FrontWord> &cells, std::uint32_t firstY,
+                                 std::uint32_t lastY, std::uint32_t strip)
 {
-    const FrontWord vertical = bits << 1 | bits >> 1;
     const bool moore = neighborhood == Neighborhood::Moore;
-    for (int dx = -1; dx <= 1; ++dx) {
-        const std::uint32_t nx = x + static_cast<std::uint32_t>(dx);
-        if (nx >= m_sizeX)
-            continue;
-        FrontList &list = listFor(nx, strip);
-        for (int dy = -1; dy <= 1; ++dy) {
-            const std::uint32_t ny = y + static_cast<std::uint32_t>(dy);
-            if (ny >= m_sizeY)
+    FrontList *below = x > 0 ? &listFor(x - 1, strip) : nullptr;
+    FrontList &own = listFor(x, strip);
+    FrontList *above = x + 1 < m_sizeX ? &listFor(x + 1, strip) : nullptr;
+    const std::uint32_t begin = firstY > 0 ? firstY - 1 : 0;
+    const std::uint32_t end = lastY + 1 < m_sizeY ? lastY + 2 : m_sizeY;
+    for (std::uint32_t y = begin; y < end; ++y) {
+        const FrontWord *column = &cells[std::size_t{y} * m_words];
+        const FrontWord *before = y > 0 ? column - m_words : nullptr;
+        const FrontWord *behind = y + 1 < m_sizeY ? column + m_words : nullptr;
+        for (std::uint32_t word = 0; word < m_words; ++word) {
+            // What lies above, below and beside the cells, within the plane.
+            const FrontWord vertical = verticalNeighbors(column, word);
+            FrontWord beside = 0;
+            for (const FrontWord *side : {before, behind})
+                if (side)
+                    beside |= side[word] | (moore ? verticalNeighbors(side, word) : 0);
+            const FrontWord level = column[word];
+            own.add(x, y, word, (vertical | beside) & passable(x, y, word));
+            const FrontWord across = moore ? level | vertical | beside : level;
+            if (across == 0)
                 continue;
-            const bool ownColumn = dx == 0 && dy == 0;
-            if (!moore && dx != 0 && dy != 0)
-                continue;
-            // Up and down the column too, or, across a face other than top and bottom, level.
-            const bool spreads = moore || ownColumn;
-            const FrontWord level = ownColumn ? 0 : bits;
-            list.add(nx, ny, word, (spreads ? vertical | level : level) & passable(nx, ny, word));
-            if (spreads && word > 0 && bits & 1)
-                list.add(nx, ny, word - 1,
-                         FrontWord{1} << (FrontWordBits - 1) & passable(nx, ny, word - 1));
-            if (spreads && word + 1 < m_words && bits >> (FrontWordBits - 1))
-                list.add(nx, ny, word + 1, FrontWord{1} & passable(nx, ny, word + 1));
+            if (below)
+                below->add(x - 1, y, word, across & passable(x - 1, y, word));
+            if (above)
+                above->add(x + 1, y, word, across & passable(x + 1, y, word));
         }
     }
 }
 
-void CellFront::endPass(std::uint32_t strip)
+FrontWord CellFront::verticalNeighbors(const FrontWord *column, std::uint32_t word) const
 {
-    m_stripMutexes[strip]->unlock();
+    FrontWord neighbors = column[word] << 1 | column[word] >> 1;
+    if (word > 0)
+        neighbors |= column[word - 1] >> (FrontWordBits - 1);
+    if (word + 1 < m_words)
+        neighbors |= column[word + 1] << (FrontWordBits - 1);
+    return neighbors;
 }
 
 void CellFront::takeFromNeighbors(std::uint32_t strip)

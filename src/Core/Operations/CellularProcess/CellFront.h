@@ -4,6 +4,7 @@
 #include "Core/Operations/CellularProcess/StripRun.h"
 
 #include <QMutex>
+#include <QMutexLocker>
 
 #include <cstdint>
 #include <memory>
@@ -28,6 +29,7 @@ enum class Neighborhood
 class CellFront final
 {
 public:
+    /// Sizes in cells. `strips` is read here only.
     CellFront(const StripRun &strips, std::uint32_t sizeX, std::uint32_t sizeY,
               std::uint32_t sizeZ);
     CellFront(const CellFront &) = delete;
@@ -52,13 +54,23 @@ public:
     }
     void setPassable(std::uint32_t x, const PlaneCell &cell, bool passable);
 
-    /// Takes the strip's mutex and clears its outbound lists.
-    void beginPass(std::uint32_t strip);
-    /// Lists the passable neighbours of a word of cells for the next step; cells beyond the strip
-    /// go to its outbound lists, cells beyond the volume nowhere.
-    void enqueueNeighbors(Neighborhood neighborhood, std::uint32_t x, std::uint32_t y,
-                          std::uint32_t word, FrontWord bits, std::uint32_t strip);
-    void endPass(std::uint32_t strip);
+    /// The pass of a strip over its list: holds the strip's mutex from its outbound lists being
+    /// cleared until they are complete.
+    class Pass final
+    {
+    public:
+        Pass(CellFront &front, std::uint32_t strip);
+
+    private:
+        QMutexLocker m_lock;
+    };
+
+    /// Lists the passable neighbours of the cells of a plane for the next step; cells beyond the
+    /// strip go to its outbound lists, cells beyond the volume nowhere. `cells` holds a bit a cell,
+    /// wordsInColumn() words a column; only the columns from firstY to lastY, inclusive, hold any.
+    void enqueueNeighbors(Neighborhood neighborhood, std::uint32_t x,
+                          const std::vector<FrontWord> &cells, std::uint32_t firstY,
+                          std::uint32_t lastY, std::uint32_t strip);
     /// Moves what the neighbours have found in this strip into its next list.
     void takeFromNeighbors(std::uint32_t strip);
     /// The next list takes the place of the one that was visited.
@@ -69,6 +81,8 @@ private:
     {
         return (std::size_t{x} * m_sizeY + y) * m_words + word;
     }
+    /// The cells right above and below those of a word of the column.
+    FrontWord verticalNeighbors(const FrontWord *column, std::uint32_t word) const;
     FrontList &listFor(std::uint32_t x, std::uint32_t strip);
 
     std::uint32_t m_sizeX;

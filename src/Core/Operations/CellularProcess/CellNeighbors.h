@@ -19,8 +19,7 @@ struct CellOffset
 constexpr std::array<CellOffset, 6> faceNeighbors = {
     {{0, 0, -1}, {0, 0, 1}, {0, -1, 0}, {0, 1, 0}, {-1, 0, 0}, {1, 0, 0}}};
 
-/// The ratio of a distance in cells to the steps that a distance front needs for it, corners
-/// included: 1.7071067811865475.
+/// Steps of a distance front per cell of distance: 1.7071067811865475.
 const double stepFactor = (std::sqrt(2.0) + 1.0) / std::sqrt(2.0);
 
 } // namespace Core::Operations

@@ -2,8 +2,8 @@
 
 #include "Model/Automaton/TotalVolume.h"
 
+#include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace Core::Operations {
 
@@ -30,7 +30,7 @@ DistanceFront::DistanceFront(Model::Automaton::TotalVolume *volume)
       m_stepVectors(stepVectorsOf(volume->cellSizeX(), volume->cellSizeY(), volume->cellSizeZ())),
       m_strips(m_sizeX),
       m_front(m_strips, m_sizeX, m_sizeY, m_sizeZ),
-      m_planeCells(m_strips.threads())
+      m_scratch(m_strips.threads())
 {}
 
 std::uint64_t DistanceFront::stepCount(float distance) const
@@ -44,13 +44,13 @@ std::uint64_t DistanceFront::stepCount(float distance) const
     return static_cast<std::uint64_t>(std::min(steps, Most));
 }
 
-void DistanceFront::takeVoxels()
+DistanceFront::TakenVoxels::TakenVoxels(DistanceFront &front) : m_volume(front.m_volume)
 {
-    m_voxels = m_volume->voxels();
-    m_nextVoxels = m_volume->nextVoxels();
+    front.m_voxels = m_volume->voxels();
+    front.m_nextVoxels = m_volume->nextVoxels();
 }
 
-void DistanceFront::releaseVoxels()
+DistanceFront::TakenVoxels::~TakenVoxels()
 {
     m_volume->releaseVoxels();
     m_volume->releaseNextVoxels();
@@ -88,14 +88,6 @@ void DistanceFront::listPlane(std::uint32_t x, std::uint32_t strip, const Words 
             list.add(x, y, word, open & touched);
         }
     }
-}
-
-void DistanceFront::prefetch(std::size_t cell) const
-{
-    const std::size_t strideX = std::size_t{m_sizeY} * m_sizeZ;
-    __builtin_prefetch(m_voxels + cell);
-    __builtin_prefetch(m_nextVoxels + cell, 1);
-    __builtin_prefetch(m_voxels + cell + strideX);
 }
 
 } // namespace Core::Operations

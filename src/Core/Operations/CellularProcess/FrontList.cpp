@@ -19,12 +19,15 @@ FrontList::FrontList(std::uint32_t firstX, std::uint32_t planes, std::uint32_t s
       m_wordsInPlane(std::size_t{sizeY} * m_words),
       m_marksInPlane((m_wordsInPlane + FrontWordBits - 1) / FrontWordBits),
       m_bits(m_wordsInPlane * planes, 0),
-      m_marks(m_marksInPlane * planes, 0)
+      m_marks(m_marksInPlane * planes, 0),
+      m_holdsCells(planes, 0)
 {}
 
 template <typename Visitor>
 void FrontList::forEachWord(std::uint32_t plane, Visitor &&visit) const
 {
+    if (!m_holdsCells[plane])
+        return;
     const FrontWord *bits = m_bits.data() + plane * m_wordsInPlane;
     const FrontWord *marks = m_marks.data() + plane * m_marksInPlane;
     for (std::size_t i = 0; i < m_marksInPlane; ++i) {
@@ -55,6 +58,9 @@ void FrontList::take(FrontList &other)
 void FrontList::clear()
 {
     for (std::uint32_t plane = 0; plane < m_planes; ++plane) {
+        if (!m_holdsCells[plane])
+            continue;
+        m_holdsCells[plane] = 0;
         FrontWord *bits = m_bits.data() + plane * m_wordsInPlane;
         FrontWord *marks = m_marks.data() + plane * m_marksInPlane;
         for (std::size_t i = 0; i < m_marksInPlane; ++i) {

@@ -18,8 +18,8 @@ struct PlaneCell
 };
 
 /// A list of cells in a range of x, kept as bits along z: always ascending, free of duplicates, and
-/// never sorted. A second level of bits marks the words that hold a cell, so that walking and
-/// clearing cost what the front costs and not what the volume does.
+/// never sorted. Marks for the words and the planes that hold a cell let walking and clearing pass
+/// over the rest: what a step costs follows its front.
 class FrontList final
 {
 public:
@@ -37,6 +37,7 @@ public:
             return;
         const std::uint32_t plane = x - m_firstX;
         const std::size_t inPlane = std::size_t{y} * m_words + word;
+        m_holdsCells[plane] = 1;
         m_bits[plane * m_wordsInPlane + inPlane] |= bits;
         m_marks[plane * m_marksInPlane + inPlane / FrontWordBits] |= FrontWord{1}
                                                                      << inPlane % FrontWordBits;
@@ -60,6 +61,8 @@ private:
     std::size_t m_marksInPlane = 0;
     std::vector<FrontWord> m_bits;
     std::vector<FrontWord> m_marks;
+    /// A byte a plane.
+    std::vector<std::uint8_t> m_holdsCells;
 };
 
 } // namespace Core::Operations

@@ -1,5 +1,7 @@
 #include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDeposition.h"
 
+#include "Core/Operations/CellularProcess/DistanceFrontSteps.h"
+
 #include <boost/bind/bind.hpp>
 
 namespace Core::Operations {
@@ -45,14 +47,13 @@ IsotropicFilmDeposition::IsotropicFilmDeposition(Model::Automaton::TotalVolume *
 void IsotropicFilmDeposition::runDeposition()
 {
     using namespace boost::placeholders;
-    m_front.takeVoxels();
+    const DistanceFront::TakenVoxels voxels(m_front);
     const std::uint64_t stepCount = m_front.stepCount(m_thickness);
     m_front.strips().runPhase(
         boost::bind(&IsotropicFilmDeposition::runPartialInitialization, this, _1, _2, _3));
     for (std::uint64_t step = 0; step < stepCount; ++step)
         m_front.strips().runPhase(
             boost::bind(&IsotropicFilmDeposition::runPartialDepositionStep, this, _1, _2, _3));
-    m_front.releaseVoxels();
 }
 
 void IsotropicFilmDeposition::runPartialInitialization(std::int32_t start, std::int32_t end,

@@ -32,7 +32,7 @@ void IsotropicFilmDepositionOperation::setMaterial(std::uint32_t material)
 
 void IsotropicFilmDepositionOperation::end()
 {
-    if (step() < StepsNeeded) {
+    if (step() < StepsNeeded || !volume()) {
         cancel();
         return;
     }

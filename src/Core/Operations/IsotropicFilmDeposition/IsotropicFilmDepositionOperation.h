@@ -12,6 +12,7 @@ class IsotropicFilmDepositionOperation final : public SteppedProcessOperation
 public:
     static constexpr std::uint32_t Id = 13;
 
+    /// The workspace is not owned.
     explicit IsotropicFilmDepositionOperation(Workspace *workspace);
 
     /// Drawing units.

@@ -1,5 +1,7 @@
 #include "Core/Operations/IsotropicFilmEtching/IsotropicFilmEtching.h"
 
+#include "Core/Operations/CellularProcess/DistanceFrontSteps.h"
+
 #include "Model/Automaton/TotalVolume.h"
 
 #include <boost/bind/bind.hpp>
@@ -52,7 +54,7 @@ IsotropicFilmEtching::IsotropicFilmEtching(Model::Automaton::TotalVolume *volume
 void IsotropicFilmEtching::runEtching()
 {
     using namespace boost::placeholders;
-    m_front.takeVoxels();
+    const DistanceFront::TakenVoxels voxels(m_front);
     const std::uint64_t stepCount = m_front.stepCount(m_thickness);
     m_front.strips().runPhase(
         boost::bind(&IsotropicFilmEtching::runPartialInitialization, this, _1, _2, _3));
@@ -64,7 +66,6 @@ void IsotropicFilmEtching::runEtching()
         if (m_front.strips().isSingle())
             m_volume->swapVoxels();
     }
-    m_front.releaseVoxels();
 }
 
 void IsotropicFilmEtching::runPartialInitialization(std::int32_t start, std::int32_t end,

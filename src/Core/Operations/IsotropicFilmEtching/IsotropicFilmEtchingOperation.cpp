@@ -32,7 +32,7 @@ void IsotropicFilmEtchingOperation::setMaterial(std::uint32_t material)
 
 void IsotropicFilmEtchingOperation::end()
 {
-    if (step() < StepsNeeded) {
+    if (step() < StepsNeeded || !volume()) {
         cancel();
         return;
     }

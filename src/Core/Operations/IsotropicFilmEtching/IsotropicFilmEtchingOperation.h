@@ -12,6 +12,7 @@ class IsotropicFilmEtchingOperation final : public SteppedProcessOperation
 public:
     static constexpr std::uint32_t Id = 14;
 
+    /// The workspace is not owned.
     explicit IsotropicFilmEtchingOperation(Workspace *workspace);
 
     /// The depth, in drawing units.

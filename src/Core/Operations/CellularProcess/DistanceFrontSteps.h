@@ -1,0 +1,237 @@
+#pragma once
+
+#include "Core/Operations/CellularProcess/DistanceFront.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace Core::Operations {
+
+/// A bit a cell along z, for the cells [first, end) of a word.
+inline FrontWord wordRange(std::uint32_t first, std::uint32_t end)
+{
+    return (~FrontWord{0} >> (FrontWordBits - (end - first))) << first;
+}
+
+/// Calls visit(first, end, material) for each run of equal material among the cells of a word.
+template <typename Visitor>
+void DistanceFront::forEachRun(const Voxel *column, std::uint32_t word, Visitor &&visit) const
+{
+    const Voxel *cells = column + std::size_t{word} * FrontWordBits;
+    const std::uint32_t count = std::min(FrontWordBits, m_sizeZ - word * FrontWordBits);
+    for (std::uint32_t first = 0; first < count;) {
+        const std::uint32_t material = cells[first].material();
+        std::uint32_t end = first + 1;
+        while (end < count && cells[end].material() == material)
+            ++end;
+        visit(first, end, material);
+        first = end;
+    }
+}
+
+template <typename Rules>
+void DistanceFront::initializeStrip(const Rules &rules, std::int32_t start, std::int32_t end,
+                                    std::uint32_t strip)
+{
+    m_front.openStrip(start, end, strip);
+    m_scratch[strip].taken.assign(std::size_t{m_sizeY} * m_front.wordsInColumn(), 0);
+    const auto firstX = static_cast<std::uint32_t>(start);
+    const auto endX = static_cast<std::uint32_t>(end);
+    if (firstX >= endX)
+        return;
+    // Three planes roll through the strip, so that each cell is read once.
+    const std::size_t words = std::size_t{m_sizeY} * m_front.wordsInColumn();
+    Words below(words, 0);
+    Words plane(words, 0);
+    Words above(words, 0);
+    if (firstX > 0)
+        readPlane(rules, firstX - 1, below);
+    initializePlane(rules, firstX, plane);
+    for (std::uint32_t x = firstX; x < endX; ++x) {
+        if (x + 1 < endX)
+            initializePlane(rules, x + 1, above);
+        else if (x + 1 < m_sizeX)
+            readPlane(rules, x + 1, above);
+        else
+            std::fill(above.begin(), above.end(), 0);
+        listPlane(x, strip, below, plane, above);
+        std::swap(below, plane);
+        std::swap(plane, above);
+    }
+}
+
+template <typename Rules>
+void DistanceFront::initializePlane(const Rules &rules, std::uint32_t x, Words &starting)
+{
+    const float far = rules.far();
+    const Voxel::Front source{true, 0.0f, 0.0f, 0.0f};
+    const Voxel::Front open{false, far, far, far};
+    const Voxel::Front blocked{true, far, far, far};
+    const std::uint32_t words = m_front.wordsInColumn();
+    for (std::uint32_t y = 0; y < m_sizeY; ++y) {
+        const std::size_t column = indexOf(x, y, 0);
+        for (std::uint32_t word = 0; word < words; ++word) {
+            FrontWord passable = 0;
+            FrontWord startsFront = 0;
+            forEachRun(m_voxels + column, word,
+                       [&](std::uint32_t first, std::uint32_t end, std::uint32_t material) {
+                           const CellStart start = rules.start(material);
+                           const Voxel::Front front = start == CellStart::Source ? source
+                                                      : start == CellStart::Open ? open
+                                                                                 : blocked;
+                           const std::size_t cell =
+                               column + std::size_t{word} * FrontWordBits + first;
+                           for (std::size_t i = 0; i < end - first; ++i) {
+                               m_voxels[cell + i].setFront(front);
+                               m_nextVoxels[cell + i].setFront(front);
+                           }
+                           if (start == CellStart::Open)
+                               passable |= wordRange(first, end);
+                           if (rules.startsFront(material))
+                               startsFront |= wordRange(first, end);
+                       });
+            m_front.setPassable(x, y, word, passable);
+            starting[std::size_t{y} * words + word] = startsFront;
+        }
+    }
+}
+
+/// The same for a plane of another strip, of which only the materials are read.
+template <typename Rules>
+void DistanceFront::readPlane(const Rules &rules, std::uint32_t x, Words &starting) const
+{
+    const std::uint32_t words = m_front.wordsInColumn();
+    for (std::uint32_t y = 0; y < m_sizeY; ++y)
+        for (std::uint32_t word = 0; word < words; ++word) {
+            FrontWord startsFront = 0;
+            forEachRun(m_voxels + indexOf(x, y, 0), word,
+                       [&](std::uint32_t first, std::uint32_t end, std::uint32_t material) {
+                           if (rules.startsFront(material))
+                               startsFront |= wordRange(first, end);
+                       });
+            starting[std::size_t{y} * words + word] = startsFront;
+        }
+}
+
+template <typename Rules>
+void DistanceFront::stepStrip(const Rules &rules, std::int32_t start, std::int32_t end,
+                              std::uint32_t strip)
+{
+    const auto firstX = static_cast<std::uint32_t>(start);
+    const auto endX = static_cast<std::uint32_t>(end);
+    {
+        const CellFront::Pass pass(m_front, strip);
+        passStrip(rules, firstX, endX, strip);
+    }
+    m_front.takeFromNeighbors(strip);
+    commitStrip(rules, firstX, endX, strip);
+    m_front.replaceSurfaceCells(strip);
+}
+
+template <typename Rules>
+void DistanceFront::passStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
+                              std::uint32_t strip)
+{
+    constexpr std::size_t Ahead = 8;
+    std::vector<PlaneCell> &cells = m_scratch[strip].cells;
+    Words &taken = m_scratch[strip].taken;
+    const std::uint32_t words = m_front.wordsInColumn();
+    for (std::uint32_t x = firstX; x < endX; ++x) {
+        cells.clear();
+        m_front.surfaceCells(strip).appendCells(x, cells);
+        std::uint32_t firstY = m_sizeY;
+        std::uint32_t lastY = 0;
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            if (i + Ahead < cells.size())
+                prefetch(x, indexOf(x, cells[i + Ahead].y, cells[i + Ahead].z));
+            const PlaneCell at = cells[i];
+            const std::size_t index = indexOf(x, at.y, at.z);
+            const Voxel &cell = m_voxels[index];
+            if (cell.reached() || !rules.takesPart(cell))
+                continue;
+            Voxel::Front candidate{};
+            if (!findCandidate(&cell, {x, at.y, at.z}, rules.limit(cell), candidate))
+                continue;
+            Voxel &next = m_nextVoxels[index];
+            rules.accept(cell, next);
+            next.setFront(candidate);
+            firstY = std::min(firstY, at.y);
+            lastY = at.y;
+            taken[std::size_t{at.y} * words + at.z / FrontWordBits] |= FrontWord{1}
+                                                                       << at.z % FrontWordBits;
+        }
+        if (firstY > lastY)
+            continue;
+        m_front.enqueueNeighbors(Rules::neighborhood, x, taken, firstY, lastY, strip);
+        std::fill(taken.begin() + std::size_t{firstY} * words,
+                  taken.begin() + (std::size_t{lastY} + 1) * words, 0);
+    }
+}
+
+template <typename Rules>
+void DistanceFront::commitStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
+                                std::uint32_t strip)
+{
+    std::vector<PlaneCell> &cells = m_scratch[strip].cells;
+    for (std::uint32_t x = firstX; x < endX; ++x) {
+        cells.clear();
+        m_front.surfaceCells(strip).appendCells(x, cells);
+        for (const PlaneCell &at : cells) {
+            const std::size_t index = indexOf(x, at.y, at.z);
+            const std::uint32_t before = m_voxels[index].material();
+            m_voxels[index] = m_nextVoxels[index];
+            const std::uint32_t after = m_voxels[index].material();
+            if (after != before)
+                m_front.setPassable(x, at, rules.passes(after));
+        }
+    }
+}
+
+inline bool DistanceFront::findCandidate(const Voxel *cell, const Place &place, float limit,
+                                         Voxel::Front &candidate) const
+{
+    const auto squaredLength = [](float x, float y, float z) { return (x * x + y * y) + z * z; };
+    const Voxel::Front &own = cell->front();
+    float best = squaredLength(own.distanceX, own.distanceY, own.distanceZ);
+    bool found = false;
+    const auto consider = [&](std::ptrdiff_t offset, const std::array<float, 3> &step) {
+        const Voxel::Front &neighbor = cell[offset].front();
+        const float x = neighbor.distanceX + step[0];
+        const float y = neighbor.distanceY + step[1];
+        const float z = neighbor.distanceZ + step[2];
+        const float squared = squaredLength(x, y, z);
+        // Strictly shorter, so that among equal ones the first in order stands; a cell at exactly
+        // the limit is taken.
+        if (squared < best && squared <= limit) {
+            best = squared;
+            candidate = {false, x, y, z};
+            found = true;
+        }
+    };
+    const auto strideY = static_cast<std::ptrdiff_t>(m_sizeZ);
+    const auto strideX = strideY * static_cast<std::ptrdiff_t>(m_sizeY);
+    if (place.z > 0)
+        consider(-1, m_stepVectors[0]);
+    if (place.z + 1 < m_sizeZ)
+        consider(1, m_stepVectors[1]);
+    if (place.y > 0)
+        consider(-strideY, m_stepVectors[2]);
+    if (place.y + 1 < m_sizeY)
+        consider(strideY, m_stepVectors[3]);
+    if (place.x > 0)
+        consider(-strideX, m_stepVectors[4]);
+    if (place.x + 1 < m_sizeX)
+        consider(strideX, m_stepVectors[5]);
+    return found;
+}
+
+inline void DistanceFront::prefetch(std::uint32_t x, std::size_t cell) const
+{
+    __builtin_prefetch(m_voxels + cell);
+    __builtin_prefetch(m_nextVoxels + cell, 1);
+    if (x + 1 < m_sizeX)
+        __builtin_prefetch(m_voxels + cell + std::size_t{m_sizeY} * m_sizeZ);
+}
+
+} // namespace Core::Operations
