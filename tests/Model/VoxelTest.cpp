@@ -15,7 +15,7 @@ namespace {
 /// All fields, in declared order.
 std::array<double, 6> fields(const Voxel &voxel)
 {
-    return {double(voxel.material()),  double(voxel.reached()), double(voxel.distanceX()),
+    return {double(voxel.material()),  double(voxel.reached()),   double(voxel.distanceX()),
             double(voxel.distanceY()), double(voxel.distanceZ()), double(voxel.atoms())};
 }
 
