@@ -134,6 +134,8 @@ void DirectFaceBuilder::runStrips(StripFunction strip, bool singleStripOnPool, F
     for (std::uint32_t i = 0; i < strips; ++i) {
         const std::uint32_t firstX = lower + i * width;
         const std::uint32_t endX = i + 1 == strips ? upper : firstX + width;
+        opaque.lendSpareBlocks(lists[i].opaque, i, strips);
+        transparent.lendSpareBlocks(lists[i].transparent, i, strips);
         futures.push_back(
             QtConcurrent::run(boost::bind(strip, this, firstX, endX, boost::ref(lists[i].opaque),
                                           boost::ref(lists[i].transparent), m_voxels)));

@@ -9,6 +9,8 @@
 namespace Model::Geometry {
 
 /// A list of quads in blocks: appending never moves a quad, and splicing moves blocks, not quads.
+/// Blocks of a list that was cleared are kept for what it holds next: a picture is built again and
+/// again, and fresh memory costs more than filling it.
 class FaceList final
 {
 public:
@@ -26,9 +28,12 @@ public:
         return block.faces[block.count++];
     }
 
-    /// Moves all quads of `other` behind the last one here, which leaves `other` empty.
+    /// Moves all quads of `other` behind the last one here, and its spare blocks too, which leaves
+    /// `other` without any memory.
     void splice(FaceList &other);
     void clear();
+    /// Gives a share of the spare blocks away, the part-th of `parts` lists to get one.
+    void lendSpareBlocks(FaceList &other, std::size_t part, std::size_t parts);
 
     std::size_t size() const { return m_size; }
     bool empty() const { return m_size == 0; }
@@ -62,6 +67,7 @@ private:
     void addBlock();
 
     std::vector<Block> m_blocks;
+    std::vector<std::unique_ptr<QuadFace[]>> m_spare;
     std::size_t m_size = 0;
 };
 
