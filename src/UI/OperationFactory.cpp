@@ -3,6 +3,9 @@
 #include "Core/Operations/CopyObject.h"
 #include "Core/Operations/CreateSubstrateOperation.h"
 #include "Core/Operations/DeleteObject.h"
+#include "Core/Operations/Document/OpenDocumentOperation.h"
+#include "Core/Operations/Document/SaveDocumentAsOperation.h"
+#include "Core/Operations/Document/SaveDocumentOperation.h"
 #include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDepositionOperation.h"
 #include "Core/Operations/IsotropicFilmEtching/IsotropicFilmEtchingOperation.h"
 #include "Core/Operations/MoveObject.h"
@@ -10,6 +13,8 @@
 #include "UI/MainWindow.h"
 #include "UI/MainWindowPresenter.h"
 #include "UI/Observers/CreateSubstrateObserver.h"
+#include "UI/Observers/DocumentOpenedObserver.h"
+#include "UI/Observers/DocumentSavedObserver.h"
 #include "UI/Observers/IsotropicFilmDepositionObserver.h"
 #include "UI/Observers/IsotropicFilmEtchingObserver.h"
 
@@ -31,6 +36,16 @@ boost::shared_ptr<Operation> makeObserved(MainWindowPresenter &presenter)
     return operation;
 }
 
+/// The same for saving, which asks by itself.
+template <typename Operation>
+boost::shared_ptr<Operation> makeSaving(MainWindowPresenter &presenter)
+{
+    const auto operation = boost::make_shared<Operation>(&presenter.workspace());
+    operation->setObserver(
+        boost::make_shared<Observers::DocumentSavedObserver>(presenter.mainWindow()));
+    return operation;
+}
+
 } // namespace
 
 OperationFactory::OperationFactory(MainWindowPresenter *presenter) : m_presenter(presenter) {}
@@ -48,6 +63,13 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
         return boost::make_shared<DeleteObject>(workspace);
     case 7:
         return boost::make_shared<MoveObject>(workspace);
+    case 9:
+        return makeSaving<SaveDocumentOperation>(*m_presenter);
+    case 10:
+        return makeSaving<SaveDocumentAsOperation>(*m_presenter);
+    case 11:
+        OpenDocumentOperation::setObserver(boost::make_shared<Observers::DocumentOpenedObserver>());
+        return boost::make_shared<OpenDocumentOperation>(workspace);
     case 13:
         return makeObserved<IsotropicFilmDepositionOperation,
                             Observers::IsotropicFilmDepositionObserver>(*m_presenter);

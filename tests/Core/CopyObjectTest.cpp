@@ -251,6 +251,15 @@ TEST_F(CopyObjectTest, ThreeNumbersSeparatedByCommasAreTheDistance)
     expectCopyAt(1.5, -2, 0.25);
 }
 
+TEST_F(CopyObjectTest, SelectionIsClearWhenTheEndIsTold)
+{
+    start();
+    watch(
+        [](const std::string &) { EXPECT_TRUE(workspace().pointer().selectedObjects().empty()); });
+    type("1,2,3");
+    EXPECT_EQ(countOf(copied), 1);
+}
+
 TEST_F(CopyObjectTest, BadTypedDistanceIsAnsweredAndAnotherOneIsTaken)
 {
     start();
@@ -629,4 +638,14 @@ TEST_F(CopyObjectTest, ObjectThatCannotBeClonedLeavesNoEmptyEntryInTheDocument)
         workspace().history().undo();
     }
     expectVector(model->position(), 0, 0, 0);
+}
+
+TEST_F(CopyObjectTest, ObjectThatCannotBeClonedDoesNotKeepTheOthersFromBeingCopied)
+{
+    const auto model = boost::make_shared<Fakes::Object>();
+    select({model, m_piece});
+    workspace().activate(CopyObject::Id);
+    type("1,2,3");
+    EXPECT_EQ(countOf(copied), 1);
+    expectCopyAt(1, 2, 3);
 }

@@ -88,18 +88,25 @@ TEST_F(DeleteObjectTest, SelectionIsDeletedInOneActionWithNoPrompt)
 
 TEST_F(DeleteObjectTest, ObjectsAndSelectionAreGoneWhenTheViewsAreUpdated)
 {
-    workspace().selection().setSelectionMode(true);
-    int updates = 0;
-    watch([this, &updates](const std::string &entry) {
-        if (entry != "view updated")
-            return;
-        ++updates;
-        EXPECT_EQ(objects(), (ObjectList{m_first, m_third}));
-        EXPECT_TRUE(workspace().pointer().selectedObjects().empty());
-        EXPECT_FALSE(workspace().selection().isSelectionMode());
-    });
-    remove({m_second});
-    EXPECT_EQ(updates, 2);
+    for (const bool mode : {false, true}) {
+        SCOPED_TRACE(mode);
+        workspace().document().reset();
+        workspace().document().addObject(m_first);
+        workspace().document().addObject(m_second);
+        workspace().selection().setSelectionMode(mode);
+        int updates = 0;
+        watch([this, &updates](const std::string &entry) {
+            if (entry != "view updated")
+                return;
+            ++updates;
+            EXPECT_EQ(objects(), ObjectList{m_first});
+            EXPECT_TRUE(workspace().pointer().selectedObjects().empty());
+            EXPECT_FALSE(workspace().selection().isSelectionMode());
+        });
+        remove({m_second});
+        EXPECT_EQ(updates, 2);
+        watch(nullptr);
+    }
 }
 
 TEST_F(DeleteObjectTest, WithNothingSelectedItPromptsAndTurnsTheSelectionModeOn)

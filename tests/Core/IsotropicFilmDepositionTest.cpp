@@ -329,7 +329,7 @@ TEST(IsotropicFilmDepositionTest, TallVolumesFollowTheRule)
                 if (z < int(sizeZ))
                     materials[indexOf(grid, {z % 4, z % 5, z})] = 3;
             expectRule({grid, materials, deposition(3.3f)});
-            expectRule({grid, materials, deposition(40.0f)});
+            expectRule({grid, materials, deposition(20.0f)});
         }
     }
 }
@@ -347,7 +347,7 @@ TEST(IsotropicFilmDepositionTest, RandomVolumesFollowTheRule)
         grid.sizeZ = random() % 4 == 0 ? 60 + random() % 10 : 1 + random() % 14;
         const std::vector<std::uint32_t> percents = {1, 3, 10, 30, 60, 90, 98};
         const std::uint32_t percent = percents[random() % percents.size()];
-        const float thickness = thicknesses()[random() % thicknesses().size()];
+        const float thickness = thicknesses()[random() % thicknesses().size()] * grid.cellSizeX;
         const std::uint32_t material = 1 + random() % 6;
         expectRule({grid, randomMaterials(grid, seed, percent), deposition(thickness, material)});
     }
@@ -402,7 +402,7 @@ TEST(IsotropicFilmDepositionTest, SquaresOutsideTheRangeOfAFloatFollowTheRule)
 TEST(IsotropicFilmDepositionTest, ThicknessBeyondTheVolumeFillsAllOfIt)
 {
     const Grid grid = {6, 5, 4};
-    const Case given = loneCell(grid, 1000.0f, {4, 0, 2});
+    const Case given = loneCell(grid, 100.0f, {4, 0, 2});
     Sample sample(given);
     sample.run(1);
     EXPECT_EQ(sample.materials(), Support::materialsBy(grid, [](int x, int y, int z) {

@@ -402,7 +402,7 @@ TEST(IsotropicFilmEtchingTest, TallVolumesFollowTheRule)
                 if (z < int(sizeZ))
                     materials[indexOf(grid, {z % 4, z % 5, z})] = 0;
             expectRule({grid, materials, etching(3.3f)});
-            expectRule({grid, materials, etching(40.0f)});
+            expectRule({grid, materials, etching(20.0f)});
         }
     }
 }
@@ -420,7 +420,7 @@ TEST(IsotropicFilmEtchingTest, RandomVolumesFollowTheRule)
         grid.sizeZ = random() % 4 == 0 ? 60 + random() % 10 : 1 + random() % 14;
         const std::vector<std::uint32_t> percents = {5, 30, 60, 80, 90, 97, 99};
         const std::uint32_t percent = percents[random() % percents.size()];
-        const float depth = depths()[random() % depths().size()];
+        const float depth = depths()[random() % depths().size()] * grid.cellSizeX;
         const std::uint32_t material = random() % 4 == 0 ? 2 : 1;
         expectRule({grid, randomMaterials(grid, seed, percent), etching(depth, material)});
     }
@@ -473,7 +473,7 @@ TEST(IsotropicFilmEtchingTest, SquaresOutsideTheRangeOfAFloatFollowTheRule)
 TEST(IsotropicFilmEtchingTest, DepthBeyondTheVolumeRemovesAllOfTheFilm)
 {
     const Grid grid = {6, 5, 4};
-    const Case given = loneHole(grid, 1000.0f, {4, 0, 2});
+    const Case given = loneHole(grid, 100.0f, {4, 0, 2});
     Sample sample(given);
     sample.run(1);
     EXPECT_EQ(sample.materials(), Materials(grid.cells(), 0));

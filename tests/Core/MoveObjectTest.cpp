@@ -259,6 +259,15 @@ TEST_F(MoveObjectTest, TypedDistanceWithParenthesesFails)
     expectWaitsForDistance();
 }
 
+TEST_F(MoveObjectTest, SelectionIsClearWhenTheEndIsTold)
+{
+    start();
+    watch(
+        [](const std::string &) { EXPECT_TRUE(workspace().pointer().selectedObjects().empty()); });
+    type("1,2,3");
+    EXPECT_EQ(countOf(moved), 1);
+}
+
 TEST_F(MoveObjectTest, BadTypedDistanceIsAnsweredAndAnotherOneIsTaken)
 {
     start();
