@@ -1,6 +1,8 @@
+#include "Support/Volumes.h"
 #include "Support/WindowDriver.h"
 
 #include "Core/Workspace.h"
+#include "Model/Automaton/TotalVolume.h"
 #include "Model/Process/ProcessFactory.h"
 #include "UI/GLWidget.h"
 #include "UI/MainWindow.h"
@@ -8,9 +10,12 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QTextStream>
 #include <QWidget>
+
+#include <boost/pointer_cast.hpp>
 
 #include <algorithm>
 #include <cstdint>
@@ -38,6 +43,7 @@ public:
         sixViews();
         isotropicFilms();
         editing();
+        savingAndOpening();
     }
 
 private:
@@ -133,6 +139,33 @@ private:
         expect(m_driver.materials(0) == m_driver.materials(1), "the copy has the same cells");
         m_driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "300").accept()});
         save("copy", m_driver.screen());
+    }
+
+    void savingAndOpening()
+    {
+        const QString file = m_folder.filePath("tour.lth");
+        m_driver.trigger("actionSave_as", {DialogAnswer().fileName(file).accept()});
+        expect(m_driver.window().windowTitle() == "Lithara  " + file, "the title names the file");
+        m_driver.trigger("actionOpen", {DialogAnswer().fileName(file).accept()});
+        Ui::MainWindow *second = nullptr;
+        for (QWidget *widget : QApplication::topLevelWidgets())
+            if (auto *window = qobject_cast<Ui::MainWindow *>(widget))
+                if (window != &m_driver.window())
+                    second = window;
+        expect(second != nullptr, "the file has a window of its own");
+        const auto objects = second->presenter().document().objects();
+        const auto volumes = m_driver.volumes();
+        expect(objects.size() == volumes.size(), "both windows hold as many volumes");
+        std::size_t i = 0;
+        for (const auto &object : objects) {
+            const auto opened = boost::dynamic_pointer_cast<Model::Automaton::TotalVolume>(object);
+            expect(opened && Support::materialsOf(*opened) == m_driver.materials(i++),
+                   "the opened cells are the saved ones");
+        }
+        m_driver.settle();
+        save("opened", second->view()->image());
+        second->close();
+        QFile::remove(file);
     }
 
     /// Picks the volume that lies in the middle of the view.
