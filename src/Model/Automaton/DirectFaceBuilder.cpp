@@ -261,6 +261,9 @@ unsigned DirectFaceBuilder::transparentFaces(const Voxel *cell, std::uint32_t x,
 void DirectFaceBuilder::emptyFaceStrip(std::uint32_t firstX, std::uint32_t endX, FaceList &empty,
                                        FaceList & /*unused*/, const Voxel *voxels) const
 {
+    // A volume with a size of 0 may be of any size along the other axes.
+    if (m_limits.lower[1] >= m_limits.upper[1] || m_limits.lower[2] >= m_limits.upper[2])
+        return;
     for (std::uint32_t x = firstX; x < endX; ++x) {
         for (std::uint32_t y = m_limits.lower[1]; y < m_limits.upper[1]; ++y) {
             const Voxel *column = voxels + (std::size_t{x} * m_sizes[1] + y) * m_sizes[2];

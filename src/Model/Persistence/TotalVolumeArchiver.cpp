@@ -5,8 +5,10 @@
 #include "Model/Persistence/StartElement.h"
 
 #include <QChar>
+#include <QIODevice>
 #include <QLatin1String>
 #include <QString>
+#include <QTextCodec>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -14,7 +16,9 @@
 #include <boost/pointer_cast.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <limits>
 #include <vector>
@@ -66,17 +70,21 @@ private:
     bool m_hasSparse = false;
 };
 
-/// Hands the ids of cells to the writer as decimal numbers, a blank behind each, through one buffer
-/// that is written whenever it is full: as the writer makes copies of what it gets, a whole volume
-/// at once would need a multiple of the text's memory.
+/// Writes the ids of cells as decimal numbers, a blank behind each, into the text of the writer's
+/// open element, through one buffer that is written whenever it is full.
+///
+/// Digits and blanks are what they are in UTF-8 and never need escaping, so they go straight to the
+/// writer's device: through the writer each of them would be widened, examined, copied and encoded,
+/// which takes several times as long as writing does.
 class CellTextWriter final
 {
 public:
-    explicit CellTextWriter(QXmlStreamWriter &writer)
-        : m_writer(writer),
-          m_text(BufferSize, QLatin1Char(' ')),
-          m_next(m_text.data())
+    explicit CellTextWriter(QXmlStreamWriter &writer) : m_writer(writer)
     {
+        // Also for an empty text: closes the start tag, so that `State` has an end tag.
+        m_writer.writeCharacters(QString());
+        m_text.resize(BufferSize);
+        m_next = m_text.data();
         format(0);
     }
 
@@ -84,45 +92,51 @@ public:
     {
         if (id != m_id)
             format(id);
-        if (m_next > m_text.constData() + (BufferSize - NumberSize))
+        if (m_next > m_text.data() + (BufferSize - NumberSize))
             flush();
         // All of it, as a copy of fixed length takes no loop; what is too much is overwritten.
         std::copy_n(m_number, NumberSize, m_next);
         m_next += m_length;
     }
 
-    /// Also for an empty text, so that `State` always has a closing tag.
     void flush()
     {
-        const QChar *start = m_text.constData();
-        m_writer.writeCharacters(QString::fromRawData(start, static_cast<int>(m_next - start)));
+        const auto length = static_cast<int>(m_next - m_text.data());
+        // A writer without a device fills a string; one with another encoding has its own bytes.
+        QIODevice *const device = m_writer.device();
+        if (device && m_writer.codec()->mibEnum() == Utf8)
+            device->write(m_text.data(), length);
+        else
+            m_writer.writeCharacters(QString::fromLatin1(m_text.data(), length));
         m_next = m_text.data();
     }
 
 private:
-    static constexpr int BufferSize = 16384;
-    /// Ten digits and a blank, and one more to copy even.
-    static constexpr int NumberSize = 12;
+    static constexpr std::size_t BufferSize = 65536;
+    /// Ten digits and a blank, and more to copy even.
+    static constexpr int NumberSize = 16;
+    /// Number of the encoding in the registry of the IANA.
+    static constexpr int Utf8 = 106;
 
     void format(std::uint32_t id)
     {
         m_id = id;
-        QChar digits[NumberSize];
+        char digits[NumberSize];
         int count = 0;
         do {
-            digits[count++] = QChar(static_cast<ushort>('0' + id % 10));
+            digits[count++] = static_cast<char>('0' + id % 10);
             id /= 10;
         } while (id != 0);
         std::reverse_copy(digits, digits + count, m_number);
-        m_number[count] = QLatin1Char(' ');
+        m_number[count] = ' ';
         m_length = count + 1;
     }
 
     QXmlStreamWriter &m_writer;
-    QString m_text;
-    QChar *m_next;
+    std::vector<char> m_text;
+    char *m_next = nullptr;
     std::uint32_t m_id = 0;
-    QChar m_number[NumberSize];
+    char m_number[NumberSize] = {};
     int m_length = 0;
 };
 
@@ -150,15 +164,19 @@ public:
             at = rest;
         }
         while (m_count < m_ids.size()) {
+            // Most of a volume is numbers of one digit, one blank behind each.
+            while (end - at > 1 && at[1] == Separator && isDigit(at[0]) && m_count < m_ids.size()) {
+                store(digitOf(at[0]));
+                at += 2;
+            }
             while (at != end && *at == Separator)
                 ++at;
             const QChar *const start = at;
             std::uint32_t value = 0;
             for (; at != end; ++at) {
-                const unsigned digit = unsigned{at->unicode()} - '0';
-                if (digit > 9)
+                if (!isDigit(*at))
                     break;
-                value = value * 10 + digit;
+                value = value * 10 + digitOf(*at);
             }
             // Signs, white space and whatever else is rare, and numbers that may be too large.
             if (at == end || *at != Separator || at - start > SafeDigits) {
@@ -185,6 +203,11 @@ private:
     static constexpr QLatin1Char Separator{' '};
     static constexpr std::ptrdiff_t SafeDigits = 9;
 
+    static std::uint32_t digitOf(QChar character)
+    {
+        return std::uint32_t{character.unicode()} - '0';
+    }
+    static bool isDigit(QChar character) { return digitOf(character) <= 9; }
     void store(std::uint32_t id) { m_ids[m_count++] = m_table(id); }
 
     std::vector<std::uint32_t> &m_ids;
@@ -218,11 +241,19 @@ void readCells(QXmlStreamReader &reader, CellTextReader &cells)
     }
 }
 
+/// What is no number, or none that a volume can do with, counts as absent.
 float cellSize(const QXmlStreamAttributes &attributes, const char *name)
 {
     bool ok = false;
     const float size = attributes.value(QLatin1String(name)).toFloat(&ok);
-    return ok ? size : 1.0f;
+    return ok && std::isfinite(size) && size > 0.0f ? size : 1.0f;
+}
+
+double coordinate(const QXmlStreamAttributes &attributes, const char *name)
+{
+    bool ok = false;
+    const float value = attributes.value(QLatin1String(name)).toFloat(&ok);
+    return ok && std::isfinite(value) ? static_cast<double>(value) : 0.0;
 }
 
 bool fitsIntoMemory(std::uint32_t cells)
@@ -261,11 +292,11 @@ void TotalVolumeArchiver::save(const boost::shared_ptr<Object> &object)
     writeNumber(*m_writer, "cellsize-y", static_cast<double>(volume->cellSizeY()));
     writeNumber(*m_writer, "cellsize-z", static_cast<double>(volume->cellSizeZ()));
 
+    const std::uint32_t count = volume->sizeX() * volume->sizeY() * volume->sizeZ();
+    const Voxel *cells = volume->voxels();
     m_writer->writeStartElement(QStringLiteral("State"));
     const IdTable table(m_materialMap);
     CellTextWriter text(*m_writer);
-    const std::uint32_t count = volume->sizeX() * volume->sizeY() * volume->sizeZ();
-    const Voxel *cells = volume->voxels();
     for (std::uint32_t i = 0; i < count; ++i)
         text.append(table(cells[i].material()));
     text.flush();
@@ -311,10 +342,8 @@ boost::shared_ptr<Object> TotalVolumeArchiver::load()
     Util::Vector3D position;
     if (moveToNextStartElement(*m_reader) && m_reader->name() == QLatin1String("Position")) {
         const QXmlStreamAttributes place = m_reader->attributes();
-        position =
-            Util::Vector3D(static_cast<double>(place.value(QLatin1String("pos-x")).toFloat()),
-                           static_cast<double>(place.value(QLatin1String("pos-y")).toFloat()),
-                           static_cast<double>(place.value(QLatin1String("pos-z")).toFloat()));
+        position = Util::Vector3D(coordinate(place, "pos-x"), coordinate(place, "pos-y"),
+                                  coordinate(place, "pos-z"));
     }
     const auto volume = boost::make_shared<TotalVolume>(sizes[0], sizes[1], sizes[2], cellSizes[0],
                                                         cellSizes[1], cellSizes[2], position, ids);

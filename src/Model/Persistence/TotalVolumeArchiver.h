@@ -19,9 +19,10 @@ public:
     void save(const boost::shared_ptr<Object> &object) override;
     /// A volume with its surfaces built, from whatever the element says: cells that have no number
     /// are empty, as are those whose number cannot be read; surplus numbers are dropped. Sizes that
-    /// are missing or no numbers are 0, cell sizes 1, coordinates 0. Sizes whose product is beyond
-    /// 32 bits give a volume without cells, all sizes 0. Empty if the cells would not fit into the
-    /// memory of the machine; the reader then still stands on the start of the element.
+    /// are missing or no numbers are 0, cell sizes 1, coordinates 0; no numbers are also those
+    /// beyond 32-bit float and, as cell sizes, those that are not above 0. Sizes whose product is
+    /// beyond 32 bits give a volume without cells, all sizes 0. Empty if the cells would not fit
+    /// into the memory of the machine; the reader then still stands on the start of the element.
     boost::shared_ptr<Object> load() override;
 
 private:

@@ -12,8 +12,8 @@ class QIODevice;
 
 namespace Ui {
 
-/// Turns a list of process steps into an XML file and back. Built for one list and one use, on the
-/// stack of whoever saves or loads. Shows the user nothing; what it meets goes to the log.
+/// Turns a list of process steps into an XML file and back. Built for one list, on the stack of
+/// whoever saves or loads. Shows the user nothing; what it meets goes to the log.
 class ProcessListArchiver final
 {
 public:
@@ -32,7 +32,7 @@ public:
     /// element; also, with everything read, if this archiver's writer has an error.
     bool readProcessList(QIODevice &device, std::vector<ProcessData> &list);
     /// Writes to an open device. False if the writer has an error: the device failed, or a text holds
-    /// characters that XML has not, which are left out. An error stays with the archiver.
+    /// characters that XML has not: those are left out, but half of a surrogate pair spoils the rest. An error stays with the archiver.
     bool writeProcessList(QIODevice &device);
 
     /// Reads the `Process-Data` start element on which the reader stands, and on to the first

@@ -15,6 +15,7 @@
 #include <QXmlStreamWriter>
 
 #include <cstdint>
+#include <new>
 
 namespace Core::Operations {
 
@@ -67,10 +68,14 @@ void readObject(QXmlStreamReader &reader, Workspace &workspace)
         return;
     archiver->setReader(&reader);
     archiver->setMaterialMap(&OpenDocumentOperation::materialMap());
-    const boost::shared_ptr<Model::Object> object = archiver->load();
-    // The archiver outlives the reader, and a document's own ids are those of the registry.
+    boost::shared_ptr<Model::Object> object;
+    try {
+        object = archiver->load();
+    } catch (const std::bad_alloc &) {
+        // Said below; the document goes on without the object.
+    }
+    // The archiver outlives the reader.
     archiver->setReader(nullptr);
-    archiver->setMaterialMap(nullptr);
     if (object)
         workspace.document().addObject(object);
     else
@@ -169,6 +174,7 @@ void openDocument(const QString &fileName, Workspace &workspace)
     workspace.history().clear();
     workspace.document().setFileName(fileName);
     Util::notify(workspace.updateObservers());
+    file.flush();
     file.close();
 }
 

@@ -10,6 +10,7 @@ namespace Core {
 class Workspace;
 }
 
+// All of this belongs to the user-interface thread.
 namespace Core::Operations {
 
 /// Writes a document to an open device; false if it cannot be written.
@@ -33,7 +34,7 @@ void saveDocument(const QString &fileName, Workspace &workspace,
 
 /// Reads the file into the document of the workspace, which is a new one, and makes it the
 /// document's own. Nothing happens if it cannot be opened. A file that is no document is removed
-/// and the user told.
+/// and the user told. Returns, and expects a current OpenGL context, as readDocument() does.
 void openDocument(const QString &fileName, Workspace &workspace);
 
 } // namespace Core::Operations
