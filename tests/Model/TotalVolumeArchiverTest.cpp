@@ -305,6 +305,28 @@ TEST(TotalVolumeArchiverTest, MissingAndUnreadableCellSizesAreOne)
     EXPECT_EQ(volume->cellSizeZ(), 1.0f);
 }
 
+TEST(TotalVolumeArchiverTest, CellSizesThatNoVolumeCanHaveAreOne)
+{
+    const QString attributes =
+        QStringLiteral("size-x=\"1\" size-y=\"1\" size-z=\"1\" cellsize-x=\"%1\" "
+                       "cellsize-y=\"%2\" cellsize-z=\"%3\"");
+    for (const char *text :
+         {"1e39", "-1e39", "1e400", "0", "-0", "1e-60", "-1", "nan", "-nan", "inf", "-inf"}) {
+        SCOPED_TRACE(text);
+        const QString bad = QString::fromLatin1(text);
+        const auto volume = load(object(attributes.arg(bad, "2", bad), "<State>1</State>"));
+        ASSERT_TRUE(volume);
+        EXPECT_EQ(volume->cellSizeX(), 1.0f);
+        EXPECT_EQ(volume->cellSizeY(), 2.0f);
+        EXPECT_EQ(volume->cellSizeZ(), 1.0f);
+        const auto other = load(object(attributes.arg("2", bad, "3"), "<State>1</State>"));
+        ASSERT_TRUE(other);
+        EXPECT_EQ(other->cellSizeX(), 2.0f);
+        EXPECT_EQ(other->cellSizeY(), 1.0f);
+        EXPECT_EQ(other->cellSizeZ(), 3.0f);
+    }
+}
+
 TEST(TotalVolumeArchiverTest, MissingUnreadableAndTooLargeSizesAreZero)
 {
     const char *const rows[] = {
@@ -322,8 +344,14 @@ TEST(TotalVolumeArchiverTest, MissingUnreadableAndTooLargeSizesAreZero)
 
 TEST(TotalVolumeArchiverTest, VolumeWithASizeOfZeroHasNoCellsAndCanBePainted)
 {
-    const std::uint32_t rows[][3] = {
-        {0, 0, 0}, {0, 7, 9}, {7, 0, 9}, {7, 9, 0}, {0, 4294967295u, 9}};
+    const std::uint32_t rows[][3] = {{0, 0, 0},
+                                     {0, 7, 9},
+                                     {7, 0, 9},
+                                     {7, 9, 0},
+                                     {0, 4294967295u, 9},
+                                     {0, 4294967295u, 4294967295u},
+                                     {4294967295u, 0, 4294967295u},
+                                     {4294967295u, 4294967295u, 0}};
     for (const auto &sizes : rows) {
         const auto volume = load(object(QStringLiteral("size-x=\"%1\" size-y=\"%2\" size-z=\"%3\"")
                                             .arg(sizes[0])
@@ -403,6 +431,22 @@ TEST(TotalVolumeArchiverTest, MissingAndUnreadableCoordinatesAreZero)
     const auto without = load(object(CubeAttributes, "<State>1</State>"));
     ASSERT_TRUE(without);
     expectPosition(*without, 0, 0, 0);
+}
+
+TEST(TotalVolumeArchiverTest, CoordinatesBeyondFloatAreZero)
+{
+    for (const char *text : {"1e39", "1e300", "-1e300", "1e400", "nan", "inf", "-inf"}) {
+        SCOPED_TRACE(text);
+        const QString bad = QString::fromLatin1(text);
+        const QString position =
+            QStringLiteral("<State/><Position pos-x=\"%1\" pos-y=\"%2\" pos-z=\"%3\"/>");
+        const auto volume = load(object(CubeAttributes, position.arg(bad, "2", bad)));
+        ASSERT_TRUE(volume);
+        expectPosition(*volume, 0, 2, 0);
+        const auto other = load(object(CubeAttributes, position.arg("1", bad, "3")));
+        ASSERT_TRUE(other);
+        expectPosition(*other, 1, 0, 3);
+    }
 }
 
 TEST(TotalVolumeArchiverTest, OneArchiverServesManyObjects)

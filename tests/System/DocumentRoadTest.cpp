@@ -133,6 +133,7 @@ TEST_F(DocumentRoadTest, OpenedDocumentGetsAWindowOfItsOwnWithTheSameCells)
     EXPECT_EQ(volume->position()[1], 10.0);
     EXPECT_NE(volume, m_driver.volumes().at(0));
     EXPECT_EQ(m_driver.volumes().size(), 1u);
+    EXPECT_EQ(m_driver.action("actionUndo").text(), "Undo Create Substrate");
 
     // The block reaches from 20 to 80 and from 10 to 70, seen from the top, one unit a pixel.
     ASSERT_TRUE(QTest::qWaitForWindowExposed(second));
@@ -172,6 +173,7 @@ TEST_F(DocumentRoadTest, FileThatIsNoDocumentGoesAndLeavesAnEmptyWindow)
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("<Other/>");
     }
+    const QString title = m_driver.window().windowTitle();
     QString text;
     m_driver.trigger(
         "actionOpen",
@@ -182,7 +184,13 @@ TEST_F(DocumentRoadTest, FileThatIsNoDocumentGoesAndLeavesAnEmptyWindow)
     Ui::MainWindow *second = otherWindow();
     ASSERT_TRUE(second);
     EXPECT_EQ(second->windowTitle(), "Lithara  ");
+    EXPECT_TRUE(second->isMaximized());
     EXPECT_TRUE(second->presenter().document().objects().empty());
+
+    EXPECT_EQ(m_driver.window().windowTitle(), title);
+    EXPECT_EQ(m_driver.action("actionUndo").text(), "Undo Create Substrate");
+    EXPECT_TRUE(m_driver.action("actionUndo").isEnabled());
+    EXPECT_EQ(m_driver.volumes().size(), 1u);
 }
 
 TEST_F(DocumentRoadTest, CancelledOpenLeavesOneWindow)
