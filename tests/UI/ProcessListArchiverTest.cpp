@@ -17,6 +17,8 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 using Ui::ProcessData;
 using Ui::ProcessListArchiver;
 using Util::Vector3D;
@@ -406,6 +408,21 @@ TEST_F(ProcessListArchiverTest, FloatsSurviveExactly)
     EXPECT_TRUE(std::isnan(saveAndLoad(std::nan("")).toDouble()));
 }
 
+TEST_F(ProcessListArchiverTest, NumbersBeyondTheirTypeAreInfiniteAndTooSmallOnesZero)
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(readValue("float", "1e39"), QVariant(float(infinity)));
+    EXPECT_EQ(readValue("float", "-1e39"), QVariant(-float(infinity)));
+    EXPECT_EQ(readValue("float", "1e400"), QVariant(float(infinity)));
+    EXPECT_EQ(readValue("float", "1e-60"), QVariant(0.0F));
+    EXPECT_EQ(readValue("double", "1e39"), QVariant(1e39));
+    EXPECT_EQ(readValue("double", "1e400"), QVariant(infinity));
+    EXPECT_EQ(readValue("double", "-1e400"), QVariant(-infinity));
+    EXPECT_EQ(readValue("double", "1e-400"), QVariant(0.0));
+    EXPECT_EQ(components(readValue("Util::Vector3D", "1e400;-1e400;1e39")),
+              (std::vector<double>{infinity, -infinity, 1e39}));
+}
+
 TEST_F(ProcessListArchiverTest, TextsSurviveExactly)
 {
     const QStringList texts = {QString(),
@@ -436,6 +453,64 @@ TEST_F(ProcessListArchiverTest, OtherValuesAreWrittenWithTheirOwnTypeAndText)
     EXPECT_EQ(written(QVariant(qlonglong(-5))),
               R"(parameter-type="qlonglong" parameter-data="-5")");
     EXPECT_EQ(written(QVariant()), R"(parameter-type="" parameter-data="")");
+}
+
+/// The one step of a list with these parameters.
+ProcessData stepOf(const QByteArray &parameters)
+{
+    const std::vector<ProcessData> list =
+        readAll("<?xml version=\"1.0\"?><Process-List><Process-Data process-type=\"4\">" +
+                parameters + "</Process-Data></Process-List>");
+    EXPECT_EQ(list.size(), 1U);
+    return list.at(0);
+}
+
+TEST_F(ProcessListArchiverTest, ParameterWithoutANameStandsUnderTheEmptyOne)
+{
+    const ProcessData step = stepOf("<Parameter parameter-type=\"int\" parameter-data=\"7\"/>"
+                                    "<Parameter parameter-name=\"n\" parameter-type=\"int\" "
+                                    "parameter-data=\"8\"/>");
+    EXPECT_EQ(step.parameters().keys(), QStringList({QString(), "n"}));
+    EXPECT_EQ(step.parameter(QString()), QVariant(7));
+    EXPECT_EQ(step.parameter("n"), QVariant(8));
+}
+
+TEST_F(ProcessListArchiverTest, ParameterWithoutATypeIsInvalid)
+{
+    const ProcessData step = stepOf("<Parameter parameter-name=\"n\" parameter-data=\"7\"/>");
+    EXPECT_EQ(step.parameters().keys(), QStringList("n"));
+    EXPECT_FALSE(step.parameter("n").isValid());
+}
+
+TEST_F(ProcessListArchiverTest, ParameterWithoutDataIsTheEmptyValueOfItsType)
+{
+    const auto valueOf = [](const QByteArray &type) {
+        return stepOf("<Parameter parameter-name=\"n\" parameter-type=\"" + type + "\"/>")
+            .parameter("n");
+    };
+    EXPECT_EQ(valueOf("bool"), QVariant(false));
+    EXPECT_EQ(valueOf("float"), QVariant(0.0F));
+    EXPECT_EQ(valueOf("double"), QVariant(0.0));
+    EXPECT_EQ(valueOf("int"), QVariant(0));
+    EXPECT_EQ(valueOf("uint"), QVariant(0U));
+    EXPECT_EQ(valueOf("QString"), QVariant(QString()));
+    EXPECT_EQ(valueOf("QColor").userType(), int(QMetaType::QColor));
+    EXPECT_FALSE(valueOf("QColor").value<QColor>().isValid());
+    EXPECT_EQ(valueOf("vector").userType(), qMetaTypeId<Mask>());
+    EXPECT_TRUE(valueOf("vector").value<Mask>().empty());
+    EXPECT_EQ(components(valueOf("Util::Vector3D")), (std::vector<double>{0, 0, 0}));
+}
+
+TEST_F(ProcessListArchiverTest, RepeatedAttributeOfAParameterEndsTheListBeforeIt)
+{
+    const std::vector<ProcessData> list =
+        readAll("<?xml version=\"1.0\"?><Process-List><Process-Data process-type=\"7\"/>"
+                "<Process-Data process-type=\"8\"><Parameter parameter-name=\"n\" "
+                "parameter-type=\"int\" parameter-data=\"1\"/><Parameter parameter-name=\"a\" "
+                "parameter-name=\"b\"/></Process-Data><Process-Data process-type=\"9\"/>"
+                "</Process-List>");
+    ASSERT_EQ(types(list), (std::vector<int>{7, 8}));
+    EXPECT_EQ(list[1].parameters().keys(), QStringList("n"));
 }
 
 TEST_F(ProcessListArchiverTest, LastOfTwoParametersOfOneNameStands)
@@ -603,12 +678,51 @@ TEST_F(ProcessListArchiverTest, ReadingElsewhereThanOnAStepGivesTheUnreadableTyp
     EXPECT_TRUE(step.parameters().isEmpty());
 }
 
+TEST_F(ProcessListArchiverTest, EmptyFileIsNotLoaded)
+{
+    QFile file(path("empty.plst"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    std::vector<ProcessData> list = {ProcessData(4)};
+    EXPECT_FALSE(ProcessListArchiver().loadProcessList(path("empty.plst"), list));
+    EXPECT_EQ(types(list), std::vector<int>{4});
+    EXPECT_TRUE(QFile::exists(path("empty.plst")));
+}
+
+TEST_F(ProcessListArchiverTest, FileWithoutPermissionIsNeitherLoadedNorSaved)
+{
+    if (geteuid() == 0)
+        GTEST_SKIP() << "nothing is forbidden to root";
+    ASSERT_TRUE(ProcessListArchiver(listOfAllValues()).saveProcessList(path("list.plst")));
+    ASSERT_TRUE(QFile::setPermissions(path("list.plst"), QFile::Permissions()));
+    std::vector<ProcessData> list = {ProcessData(4)};
+    EXPECT_FALSE(ProcessListArchiver().loadProcessList(path("list.plst"), list));
+    EXPECT_FALSE(ProcessListArchiver().saveProcessList(path("list.plst")));
+    EXPECT_EQ(types(list), std::vector<int>{4});
+    ASSERT_TRUE(QFile::setPermissions(path("list.plst"), QFile::ReadOwner));
+    EXPECT_TRUE(ProcessListArchiver().loadProcessList(path("list.plst"), list));
+    EXPECT_EQ(types(list), (std::vector<int>{4, 11, 10, 1}));
+}
+
+TEST_F(ProcessListArchiverTest, FullDiskShowsInTheResultOfALongList)
+{
+    // By a link, so that nothing can take the device itself away.
+    if (!QFile::link("/dev/full", path("full.plst")) || !QFile::exists(path("full.plst")))
+        GTEST_SKIP() << "there is no device that is always full";
+    // Much longer than what the file keeps back until it is flushed.
+    ProcessData step(0);
+    step.setParameter("Mask", QVariant::fromValue(Mask(1000000)), false);
+    EXPECT_FALSE(ProcessListArchiver({step, step}).saveProcessList(path("full.plst")));
+    EXPECT_TRUE(QFile::exists(path("full.plst")));
+}
+
 TEST_F(ProcessListArchiverTest, FileThatCannotBeOpenedIsNotLoaded)
 {
     ASSERT_TRUE(QDir(m_folder.path()).mkdir("folder.plst"));
+    ASSERT_TRUE(ProcessListArchiver().saveProcessList(path("file")));
     std::vector<ProcessData> list = {ProcessData(4)};
-    for (const QString &name :
-         {path("missing.plst"), path("missing/list.plst"), path("folder.plst"), QString()}) {
+    for (const QString &name : {path("missing.plst"), path("missing/list.plst"),
+                                path("folder.plst"), path("file/list.plst"), QString()}) {
         EXPECT_FALSE(ProcessListArchiver().loadProcessList(name, list)) << name.toStdString();
     }
     EXPECT_EQ(list.size(), 1U);
@@ -617,12 +731,14 @@ TEST_F(ProcessListArchiverTest, FileThatCannotBeOpenedIsNotLoaded)
 TEST_F(ProcessListArchiverTest, FileThatCannotBeOpenedIsNotSaved)
 {
     ASSERT_TRUE(QDir(m_folder.path()).mkdir("folder.plst"));
-    for (const QString &name : {path("missing/list.plst"), path("folder.plst"), QString()}) {
+    ASSERT_TRUE(ProcessListArchiver().saveProcessList(path("file")));
+    for (const QString &name :
+         {path("missing/list.plst"), path("folder.plst"), path("file/list.plst"), QString()}) {
         EXPECT_FALSE(ProcessListArchiver(listOfAllValues()).saveProcessList(name))
             << name.toStdString();
     }
     EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-              QStringList("folder.plst"));
+              QStringList({"file", "folder.plst"}));
 }
 
 TEST_F(ProcessListArchiverTest, SavingReplacesAFileThatIsLonger)
