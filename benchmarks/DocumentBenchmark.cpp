@@ -11,12 +11,16 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QString>
 
 #include <boost/make_shared.hpp>
 #include <boost/pointer_cast.hpp>
+#include <boost/shared_ptr.hpp>
 
 #include <benchmark/benchmark.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace {
@@ -56,8 +60,11 @@ QByteArray savedBytes(const Size &size)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void setByteRate(benchmark::State &state, qint64 bytes)
+void setRates(benchmark::State &state, const Size &size, qint64 bytes)
 {
+    state.counters["cells"] = benchmark::Counter(static_cast<double>(size.cells()) *
+                                                     static_cast<double>(state.iterations()),
+                                                 benchmark::Counter::kIsRate);
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * bytes);
     QFile::remove(FileName);
 }
@@ -73,7 +80,7 @@ void BM_DocumentSave(benchmark::State &state)
     if (QFile(FileName).size() != bytes || bytes < static_cast<qint64>(2 * size.cells()))
         state.SkipWithError("the file has another length");
     workspace.document().reset();
-    setByteRate(state, bytes);
+    setRates(state, size, bytes);
 }
 
 void BM_DocumentOpen(benchmark::State &state)
@@ -102,7 +109,7 @@ void BM_DocumentOpen(benchmark::State &state)
     if (!same)
         state.SkipWithError("the cells did not come back");
     workspace.document().reset();
-    setByteRate(state, bytes);
+    setRates(state, size, bytes);
 }
 
 void BM_DocumentVolumeAndPicture(benchmark::State &state)
@@ -122,12 +129,13 @@ void BM_DocumentVolumeAndPicture(benchmark::State &state)
     if (faces == 0)
         state.SkipWithError("there is no picture");
     volume.reset();
-    setByteRate(state, savedBytes(size).size());
+    setRates(state, size, savedBytes(size).size());
 }
 
 void BM_DocumentFloorWrite(benchmark::State &state)
 {
-    const QByteArray bytes = savedBytes(sizeOf(state.range(0)));
+    const Size size = sizeOf(state.range(0));
+    const QByteArray bytes = savedBytes(size);
     qint64 written = 0;
     for (auto _ : state) {
         QFile file(FileName);
@@ -137,12 +145,13 @@ void BM_DocumentFloorWrite(benchmark::State &state)
     }
     if (written != bytes.size() || bytes.isEmpty())
         state.SkipWithError("the bytes were not written");
-    setByteRate(state, bytes.size());
+    setRates(state, size, bytes.size());
 }
 
 void BM_DocumentFloorRead(benchmark::State &state)
 {
-    const QByteArray expected = savedBytes(sizeOf(state.range(0)));
+    const Size size = sizeOf(state.range(0));
+    const QByteArray expected = savedBytes(size);
     QByteArray bytes;
     for (auto _ : state) {
         QFile file(FileName);
@@ -151,7 +160,7 @@ void BM_DocumentFloorRead(benchmark::State &state)
     }
     if (bytes != expected || bytes.isEmpty())
         state.SkipWithError("the bytes were not read");
-    setByteRate(state, expected.size());
+    setRates(state, size, expected.size());
 }
 
 void atAllSizes(benchmark::internal::Benchmark *subject)

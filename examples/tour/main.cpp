@@ -21,6 +21,7 @@
 #include <cstdint>
 #include <exception>
 #include <stdexcept>
+#include <string>
 
 namespace {
 
