@@ -50,13 +50,13 @@ mkdir -p "$tree/crashes" "$tree/logs"
 
 # The limits: a document of 4096 bytes may ask for 2^20 cells, which take some hundred megabytes with
 # what the sanitizer keeps of freed memory, and up to five seconds of a core. The timeout counts real
-# time, so on a machine that is busy with other things such a document may fail by it.
+# time, and leaves room for a machine that is busy with other things.
 fuzz() {
     local reader=$1
     mkdir -p "$tree/corpus/$reader"
     exec "$root/tools/run_isolated.sh" "$tree/isolated/$reader" \
         "$tree/tests/Fuzz/lithara_${reader}_fuzz" \
-        -max_total_time="$seconds" -max_len=4096 -timeout=10 \
+        -max_total_time="$seconds" -max_len=4096 -timeout=60 \
         -rss_limit_mb=2048 -malloc_limit_mb=256 \
         -dict="$root/tests/Fuzz/xml.dict" -artifact_prefix="$tree/crashes/$reader-" \
         -print_final_stats=1 \
