@@ -165,9 +165,10 @@ public:
         }
         while (m_count < m_ids.size()) {
             // Most of a volume is numbers of one digit, one blank behind each.
-            while (end - at > 1 && at[1] == Separator && isDigit(at[0]) && m_count < m_ids.size()) {
+            if (end - at > 1 && at[1] == Separator && isDigit(at[0])) {
                 store(digitOf(at[0]));
                 at += 2;
+                continue;
             }
             while (at != end && *at == Separator)
                 ++at;
