@@ -10,9 +10,11 @@ namespace Core::Operations {
 
 using Model::Automaton::TotalVolume;
 
-ProcessSequence::ProcessSequence(Workspace *workspace, Operation *operation)
+ProcessSequence::ProcessSequence(Workspace *workspace, Operation *operation,
+                                 const ProcessMessages &messages)
     : m_workspace(workspace),
-      m_operation(operation)
+      m_operation(operation),
+      m_messages(messages)
 {}
 
 bool ProcessSequence::takeSelectedVolume()
@@ -27,7 +29,7 @@ bool ProcessSequence::takeSelectedVolume()
     m_workspace->selection().clear();
     m_workspace->selection().setSelectionMode(false);
     Util::notify(m_workspace->updateObservers());
-    write(": Cell volume selected.");
+    write(m_messages.selected);
     return true;
 }
 
@@ -41,9 +43,19 @@ bool ProcessSequence::selectVolume()
     return false;
 }
 
+void ProcessSequence::selectThenAsk(const boost::shared_ptr<Util::IObserver> &observer)
+{
+    if (m_volume || !selectVolume())
+        return;
+    // A copy: the dialog may end the operation that holds the observer.
+    const boost::shared_ptr<Util::IObserver> held = observer;
+    if (held)
+        held->update();
+}
+
 void ProcessSequence::cancel()
 {
-    write(": Operation canceled.");
+    write(m_messages.canceled);
     m_workspace->interpreter().clearRequest();
     m_workspace->dropOperation();
 }

@@ -4,6 +4,10 @@
 
 #include <string>
 
+namespace Util {
+class IObserver;
+}
+
 namespace Core {
 class Workspace;
 }
@@ -15,14 +19,22 @@ namespace Core::Operations {
 
 class Operation;
 
+/// What the messages of a process add to its name, where classes differ.
+struct ProcessMessages
+{
+    const char *selected = ": Cell volume selected.";
+    const char *canceled = ": Operation canceled.";
+};
+
 /// What the process operations share: a cell volume is selected first, then a dialog asks for the
-/// values, then the cells change. Each operation is composed of one and keeps its own step counter.
-/// GUI thread only.
+/// values, then the cells change. Each operation is composed of one and keeps for itself which
+/// values it has. GUI thread only.
 class ProcessSequence final
 {
 public:
     /// Neither is owned; `operation` owns the sequence, and its name is the prefix of the messages.
-    ProcessSequence(Workspace *workspace, Operation *operation);
+    ProcessSequence(Workspace *workspace, Operation *operation,
+                    const ProcessMessages &messages = {});
     ProcessSequence(const ProcessSequence &) = delete;
     ProcessSequence &operator=(const ProcessSequence &) = delete;
 
@@ -32,6 +44,9 @@ public:
     /// The same; if there is none, asks for one on the console and waits for Enter, which calls the
     /// operation's next().
     bool selectVolume();
+    /// The same until there is a target, then updates the observer, if there is one. Does nothing
+    /// with a target. The operation may be destroyed within this call.
+    void selectThenAsk(const boost::shared_ptr<Util::IObserver> &observer);
     /// The target; empty until there is one.
     const boost::shared_ptr<Model::Automaton::TotalVolume> &volume() const { return m_volume; }
 
@@ -47,6 +62,7 @@ private:
 
     Workspace *m_workspace;
     Operation *m_operation;
+    ProcessMessages m_messages;
     boost::shared_ptr<Model::Automaton::TotalVolume> m_volume;
 };
 
