@@ -44,25 +44,29 @@ private:
     /// What a cell is to become when the pass of its strip is over.
     struct Pending
     {
-        std::size_t cell;
+        DistanceFront::Place place;
         std::uint32_t material;
-        float distanceX;
-        float distanceY;
-        float distanceZ;
+        Model::Automaton::Voxel::Front front;
     };
 
     void runPartialInitialization(std::int32_t start, std::int32_t end, std::uint32_t strip);
     void runPartialDepositionStep(std::int32_t start, std::int32_t end, std::uint32_t strip);
-    /// A filled cell of a column at the height z.
+    /// Writes `reached` and the distances of all cells of a column.
+    void initializeColumn(Model::Automaton::Voxel *column) const;
+    /// For a filled cell of a column, at the height z.
     bool isSource(const Model::Automaton::Voxel *column, std::uint32_t z) const;
 
     Model::Automaton::TotalVolume *m_volume;
     std::uint32_t m_material;
     float m_thickness;
     std::uint32_t m_depositionMode;
+    std::uint32_t m_sizeX;
+    std::uint32_t m_sizeY;
+    std::uint32_t m_sizeZ;
     DistanceFront m_front;
     /// One list a strip, ascending.
     std::vector<std::vector<Pending>> m_pending;
+    Model::Automaton::Voxel *m_voxels = nullptr;
 };
 
 } // namespace Core::Operations

@@ -108,6 +108,40 @@ void CellFront::replaceSurfaceCells(std::uint32_t strip)
     std::swap(m_surfaceCells[strip], m_nextCells[strip]);
 }
 
+void CellFront::listPlane(Neighborhood neighborhood, std::uint32_t x, std::uint32_t strip,
+                          const std::vector<FrontWord> &below, const std::vector<FrontWord> &plane,
+                          const std::vector<FrontWord> &above)
+{
+    const bool moore = neighborhood == Neighborhood::Moore;
+    FrontList &list = m_surfaceCells[strip];
+    for (std::uint32_t y = 0; y < m_sizeY; ++y) {
+        for (std::uint32_t word = 0; word < m_words; ++word) {
+            const FrontWord open = passable(x, y, word);
+            if (open == 0)
+                continue;
+            const std::size_t column = std::size_t{y} * m_words;
+            FrontWord touched = verticalNeighbors(&plane[column], word);
+            for (const auto *across : {&below, &above}) {
+                touched |= (*across)[column + word];
+                if (moore)
+                    touched |= verticalNeighbors(&(*across)[column], word);
+            }
+            const auto touchBeside = [&](std::size_t side) {
+                touched |= plane[side + word];
+                if (!moore)
+                    return;
+                for (const auto *words : {&below, &plane, &above})
+                    touched |= (*words)[side + word] | verticalNeighbors(&(*words)[side], word);
+            };
+            if (y > 0)
+                touchBeside(column - m_words);
+            if (y + 1 < m_sizeY)
+                touchBeside(column + m_words);
+            list.add(x, y, word, open & touched);
+        }
+    }
+}
+
 FrontList &CellFront::listFor(std::uint32_t x, std::uint32_t strip)
 {
     FrontList &own = m_nextCells[strip];

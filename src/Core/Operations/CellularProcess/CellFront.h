@@ -6,8 +6,11 @@
 #include <QMutex>
 #include <QMutexLocker>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace Core::Operations {
@@ -39,6 +42,14 @@ public:
 
     /// Makes the empty lists of a strip. Called once a strip, by its first phase.
     void openStrip(std::int32_t start, std::int32_t end, std::uint32_t strip);
+    /// Lists the first cells of a strip: the passable ones that have a neighbour among the starting
+    /// cells, not counting themselves. readPlane(x, starting) is called once for each plane that
+    /// touches the strip, in ascending order: it sets the bits of the starting cells of plane x, a
+    /// bit a cell, wordsInColumn() words a column, all clear before; for a plane of the strip itself
+    /// it also sets the passable cells.
+    template <typename ReadPlane>
+    void listFirstCells(Neighborhood neighborhood, std::int32_t start, std::int32_t end,
+                        std::uint32_t strip, ReadPlane &&readPlane);
     /// The list that the next step of the strip visits.
     FrontList &surfaceCells(std::uint32_t strip) { return m_surfaceCells[strip]; }
 
@@ -84,6 +95,9 @@ private:
     /// The cells right above and below those of a word of the column.
     FrontWord verticalNeighbors(const FrontWord *column, std::uint32_t word) const;
     FrontList &listFor(std::uint32_t x, std::uint32_t strip);
+    void listPlane(Neighborhood neighborhood, std::uint32_t x, std::uint32_t strip,
+                   const std::vector<FrontWord> &below, const std::vector<FrontWord> &plane,
+                   const std::vector<FrontWord> &above);
 
     std::uint32_t m_sizeX;
     std::uint32_t m_sizeY;
@@ -96,5 +110,30 @@ private:
     std::vector<std::unique_ptr<QMutex>> m_stripMutexes;
     std::vector<FrontWord> m_passable;
 };
+
+template <typename ReadPlane>
+void CellFront::listFirstCells(Neighborhood neighborhood, std::int32_t start, std::int32_t end,
+                               std::uint32_t strip, ReadPlane &&readPlane)
+{
+    const auto firstX = static_cast<std::uint32_t>(start);
+    const auto endX = static_cast<std::uint32_t>(end);
+    if (firstX >= endX)
+        return;
+    // Three planes roll through the strip, so that each cell is read once.
+    std::vector<FrontWord> below(std::size_t{m_sizeY} * m_words, 0);
+    std::vector<FrontWord> plane(below);
+    std::vector<FrontWord> above(below);
+    if (firstX > 0)
+        readPlane(firstX - 1, below);
+    readPlane(firstX, plane);
+    for (std::uint32_t x = firstX; x < endX; ++x) {
+        std::fill(above.begin(), above.end(), 0);
+        if (x + 1 < m_sizeX)
+            readPlane(x + 1, above);
+        listPlane(neighborhood, x, strip, below, plane, above);
+        std::swap(below, plane);
+        std::swap(plane, above);
+    }
+}
 
 } // namespace Core::Operations

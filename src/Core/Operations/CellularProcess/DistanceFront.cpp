@@ -7,27 +7,26 @@
 
 namespace Core::Operations {
 
-namespace {
-
-DistanceFront::StepVectors stepVectorsOf(float cellSizeX, float cellSizeY, float cellSizeZ)
+DistanceFront::Metric DistanceFront::metricOf(float cellSizeX, float cellSizeY, float cellSizeZ)
 {
-    DistanceFront::StepVectors vectors;
+    Metric metric{{}, std::min({cellSizeX, cellSizeY, cellSizeZ})};
     for (std::size_t k = 0; k < faceNeighbors.size(); ++k)
-        vectors[k] = {static_cast<float>(faceNeighbors[k].dx) * cellSizeX,
-                      static_cast<float>(faceNeighbors[k].dy) * cellSizeY,
-                      static_cast<float>(faceNeighbors[k].dz) * cellSizeZ};
-    return vectors;
+        metric.stepVectors[k] = {static_cast<float>(faceNeighbors[k].dx) * cellSizeX,
+                                 static_cast<float>(faceNeighbors[k].dy) * cellSizeY,
+                                 static_cast<float>(faceNeighbors[k].dz) * cellSizeZ};
+    return metric;
 }
 
-} // namespace
-
 DistanceFront::DistanceFront(Model::Automaton::TotalVolume *volume)
+    : DistanceFront(volume, metricOf(volume->cellSizeX(), volume->cellSizeY(), volume->cellSizeZ()))
+{}
+
+DistanceFront::DistanceFront(Model::Automaton::TotalVolume *volume, const Metric &metric)
     : m_volume(volume),
-      m_sizeX(volume->sizeX()),
+      m_sizeX(StripRun::layersOf(*volume)),
       m_sizeY(volume->sizeY()),
       m_sizeZ(volume->sizeZ()),
-      m_smallestCellSize(std::min({volume->cellSizeX(), volume->cellSizeY(), volume->cellSizeZ()})),
-      m_stepVectors(stepVectorsOf(volume->cellSizeX(), volume->cellSizeY(), volume->cellSizeZ())),
+      m_metric(metric),
       m_strips(m_sizeX),
       m_front(m_strips, m_sizeX, m_sizeY, m_sizeZ),
       m_scratch(m_strips.threads())
@@ -35,7 +34,7 @@ DistanceFront::DistanceFront(Model::Automaton::TotalVolume *volume)
 
 std::uint64_t DistanceFront::stepCount(float distance) const
 {
-    const float cells = std::ceil(distance / m_smallestCellSize);
+    const float cells = std::ceil(distance / m_metric.smallestStep);
     const double steps = std::trunc(static_cast<double>(cells) * stepFactor);
     // Also false for what is not a number.
     if (!(steps >= 1.0))
@@ -56,38 +55,10 @@ DistanceFront::TakenVoxels::~TakenVoxels()
     m_volume->releaseNextVoxels();
 }
 
-// The Open cells of a plane with a starting cell among their Moore neighbours.
-void DistanceFront::listPlane(std::uint32_t x, std::uint32_t strip, const Words &below,
-                              const Words &plane, const Words &above)
+void DistanceFront::openStrip(std::int32_t start, std::int32_t end, std::uint32_t strip)
 {
-    const std::uint32_t words = m_front.wordsInColumn();
-    FrontList &list = m_front.surfaceCells(strip);
-    for (std::uint32_t y = 0; y < m_sizeY; ++y) {
-        const std::uint32_t firstY = y > 0 ? y - 1 : y;
-        const std::uint32_t lastY = y + 1 < m_sizeY ? y + 1 : y;
-        for (std::uint32_t word = 0; word < words; ++word) {
-            const FrontWord open = m_front.passable(x, y, word);
-            if (open == 0)
-                continue;
-            FrontWord touched = 0;
-            for (std::uint32_t ny = firstY; ny <= lastY; ++ny) {
-                const std::size_t at = std::size_t{ny} * words + word;
-                for (const Words *source : {&below, &plane, &above}) {
-                    const Words &bits = *source;
-                    const FrontWord level = bits[at];
-                    touched |= level << 1 | level >> 1;
-                    if (word > 0)
-                        touched |= bits[at - 1] >> (FrontWordBits - 1);
-                    if (word + 1 < words)
-                        touched |= bits[at + 1] << (FrontWordBits - 1);
-                    // A cell is not its own neighbour.
-                    if (ny != y || source != &plane)
-                        touched |= level;
-                }
-            }
-            list.add(x, y, word, open & touched);
-        }
-    }
+    m_front.openStrip(start, end, strip);
+    m_scratch[strip].taken.assign(std::size_t{m_sizeY} * m_front.wordsInColumn(), 0);
 }
 
 } // namespace Core::Operations

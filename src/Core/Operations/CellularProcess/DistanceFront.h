@@ -56,15 +56,27 @@ public:
     /// Row k is the displacement of faceNeighbors row k, in drawing units.
     using StepVectors = std::array<std::array<float, 3>, 6>;
 
-    /// The volume is not owned. Nothing is done to its cells.
+    /// What a step from cell to cell is worth.
+    struct Metric
+    {
+        StepVectors stepVectors;
+        /// What the number of steps counts by, in drawing units.
+        float smallestStep;
+    };
+    /// That of cells of these sizes, in drawing units.
+    static Metric metricOf(float cellSizeX, float cellSizeY, float cellSizeZ);
+
+    /// The volume is not owned. Nothing is done to its cells. The metric is that of its cells unless
+    /// another is given.
     explicit DistanceFront(Model::Automaton::TotalVolume *volume);
+    DistanceFront(Model::Automaton::TotalVolume *volume, const Metric &metric);
     DistanceFront(const DistanceFront &) = delete;
     DistanceFront &operator=(const DistanceFront &) = delete;
 
     const StripRun &strips() const { return m_strips; }
 
-    /// Steps for a distance in drawing units: the ratio to the smallest edge of a cell, rounded up
-    /// in 32-bit float, times stepFactor, truncated, and at most 9e18. A distance that is negative or
+    /// Steps for a distance in drawing units: the ratio to the smallest step, rounded up in
+    /// 32-bit float, times stepFactor, truncated, and at most 9e18. A distance that is negative or
     /// not a number gives no step.
     std::uint64_t stepCount(float distance) const;
 
@@ -92,18 +104,36 @@ public:
     template <typename Rules>
     void stepStrip(const Rules &rules, std::int32_t start, std::int32_t end, std::uint32_t strip);
 
-private:
     using Voxel = Model::Automaton::Voxel;
     using Words = std::vector<FrontWord>;
 
-    /// Where a cell stands, for the tests against the borders of the volume.
+    /// A cell and its index.
     struct Place
     {
         std::uint32_t x;
         std::uint32_t y;
         std::uint32_t z;
+        std::size_t index;
     };
 
+    /// For engines that begin or commit in a way of their own: the step again, which calls
+    /// take(place, candidate) for each cell that is taken, ascending, in place of the rules'
+    /// accept(), and commit() when the strip may write to `voxels`.
+    template <typename Rules, typename Take, typename Commit>
+    void stepStrip(const Rules &rules, std::int32_t start, std::int32_t end, std::uint32_t strip,
+                   Take &&take, Commit &&commit);
+    /// The lists. A strip opens its own before anything else.
+    CellFront &cells() { return m_front; }
+    void openStrip(std::int32_t start, std::int32_t end, std::uint32_t strip);
+    /// In place of TakenVoxels, for an engine that has taken `voxels` alone and stages what it takes
+    /// elsewhere.
+    void setVoxels(Voxel *voxels) { m_voxels = voxels; }
+    std::size_t indexOf(std::uint32_t x, std::uint32_t y, std::uint32_t z) const
+    {
+        return (std::size_t{x} * m_sizeY + y) * m_sizeZ + z;
+    }
+
+private:
     /// The plane in hand of a strip: its listed cells, and those of them that were taken, a bit a
     /// cell. Each strip has its own, on cache lines of its own.
     struct alignas(64) Scratch
@@ -112,24 +142,16 @@ private:
         Words taken;
     };
 
-    std::size_t indexOf(std::uint32_t x, std::uint32_t y, std::uint32_t z) const
-    {
-        return (std::size_t{x} * m_sizeY + y) * m_sizeZ + z;
-    }
     template <typename Rules>
     void initializePlane(const Rules &rules, std::uint32_t x, Words &starting);
     template <typename Rules>
     void readPlane(const Rules &rules, std::uint32_t x, Words &starting) const;
-    void listPlane(std::uint32_t x, std::uint32_t strip, const Words &below, const Words &plane,
-                   const Words &above);
-    template <typename Visitor>
-    void forEachRun(const Voxel *column, std::uint32_t word, Visitor &&visit) const;
     /// Looks for a shorter vector than the cell's own; whether there is one within the limit.
     bool findCandidate(const Voxel *cell, const Place &place, float limit,
                        Voxel::Front &candidate) const;
-    template <typename Rules>
+    template <typename Rules, typename Take>
     void passStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
-                   std::uint32_t strip);
+                   std::uint32_t strip, Take &&take);
     template <typename Rules>
     void commitStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
                      std::uint32_t strip);
@@ -140,8 +162,7 @@ private:
     std::uint32_t m_sizeX;
     std::uint32_t m_sizeY;
     std::uint32_t m_sizeZ;
-    float m_smallestCellSize;
-    StepVectors m_stepVectors;
+    Metric m_metric;
     StripRun m_strips;
     CellFront m_front;
     std::vector<Scratch> m_scratch;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Operations/CellularProcess/CellRuns.h"
 #include "Core/Operations/CellularProcess/DistanceFront.h"
 
 #include <algorithm>
@@ -8,57 +9,20 @@
 
 namespace Core::Operations {
 
-/// A bit a cell along z, for the cells [first, end) of a word.
-inline FrontWord wordRange(std::uint32_t first, std::uint32_t end)
-{
-    return (~FrontWord{0} >> (FrontWordBits - (end - first))) << first;
-}
-
-/// Calls visit(first, end, material) for each run of equal material among the cells of a word.
-template <typename Visitor>
-void DistanceFront::forEachRun(const Voxel *column, std::uint32_t word, Visitor &&visit) const
-{
-    const Voxel *cells = column + std::size_t{word} * FrontWordBits;
-    const std::uint32_t count = std::min(FrontWordBits, m_sizeZ - word * FrontWordBits);
-    for (std::uint32_t first = 0; first < count;) {
-        const std::uint32_t material = cells[first].material();
-        std::uint32_t end = first + 1;
-        while (end < count && cells[end].material() == material)
-            ++end;
-        visit(first, end, material);
-        first = end;
-    }
-}
-
 template <typename Rules>
 void DistanceFront::initializeStrip(const Rules &rules, std::int32_t start, std::int32_t end,
                                     std::uint32_t strip)
 {
-    m_front.openStrip(start, end, strip);
-    m_scratch[strip].taken.assign(std::size_t{m_sizeY} * m_front.wordsInColumn(), 0);
+    openStrip(start, end, strip);
     const auto firstX = static_cast<std::uint32_t>(start);
     const auto endX = static_cast<std::uint32_t>(end);
-    if (firstX >= endX)
-        return;
-    // Three planes roll through the strip, so that each cell is read once.
-    const std::size_t words = std::size_t{m_sizeY} * m_front.wordsInColumn();
-    Words below(words, 0);
-    Words plane(words, 0);
-    Words above(words, 0);
-    if (firstX > 0)
-        readPlane(rules, firstX - 1, below);
-    initializePlane(rules, firstX, plane);
-    for (std::uint32_t x = firstX; x < endX; ++x) {
-        if (x + 1 < endX)
-            initializePlane(rules, x + 1, above);
-        else if (x + 1 < m_sizeX)
-            readPlane(rules, x + 1, above);
-        else
-            std::fill(above.begin(), above.end(), 0);
-        listPlane(x, strip, below, plane, above);
-        std::swap(below, plane);
-        std::swap(plane, above);
-    }
+    m_front.listFirstCells(Neighborhood::Moore, start, end, strip,
+                           [&](std::uint32_t x, Words &starting) {
+                               if (x >= firstX && x < endX)
+                                   initializePlane(rules, x, starting);
+                               else
+                                   readPlane(rules, x, starting);
+                           });
 }
 
 template <typename Rules>
@@ -74,7 +38,7 @@ void DistanceFront::initializePlane(const Rules &rules, std::uint32_t x, Words &
         for (std::uint32_t word = 0; word < words; ++word) {
             FrontWord passable = 0;
             FrontWord startsFront = 0;
-            forEachRun(m_voxels + column, word,
+            forEachRun(m_voxels + column, m_sizeZ, word,
                        [&](std::uint32_t first, std::uint32_t end, std::uint32_t material) {
                            const CellStart start = rules.start(material);
                            const Voxel::Front front = start == CellStart::Source ? source
@@ -103,35 +67,46 @@ void DistanceFront::readPlane(const Rules &rules, std::uint32_t x, Words &starti
 {
     const std::uint32_t words = m_front.wordsInColumn();
     for (std::uint32_t y = 0; y < m_sizeY; ++y)
-        for (std::uint32_t word = 0; word < words; ++word) {
-            FrontWord startsFront = 0;
-            forEachRun(m_voxels + indexOf(x, y, 0), word,
-                       [&](std::uint32_t first, std::uint32_t end, std::uint32_t material) {
-                           if (rules.startsFront(material))
-                               startsFront |= wordRange(first, end);
-                       });
-            starting[std::size_t{y} * words + word] = startsFront;
-        }
+        for (std::uint32_t word = 0; word < words; ++word)
+            starting[std::size_t{y} * words + word] =
+                cellsOf(m_voxels + indexOf(x, y, 0), m_sizeZ, word,
+                        [&](std::uint32_t material) { return rules.startsFront(material); });
 }
 
 template <typename Rules>
 void DistanceFront::stepStrip(const Rules &rules, std::int32_t start, std::int32_t end,
                               std::uint32_t strip)
 {
-    const auto firstX = static_cast<std::uint32_t>(start);
-    const auto endX = static_cast<std::uint32_t>(end);
+    stepStrip(
+        rules, start, end, strip,
+        [&](const Place &place, const Voxel::Front &candidate) {
+            Voxel &next = m_nextVoxels[place.index];
+            rules.accept(m_voxels[place.index], next);
+            next.setFront(candidate);
+        },
+        [&] {
+            commitStrip(rules, static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(end),
+                        strip);
+        });
+}
+
+template <typename Rules, typename Take, typename Commit>
+void DistanceFront::stepStrip(const Rules &rules, std::int32_t start, std::int32_t end,
+                              std::uint32_t strip, Take &&take, Commit &&commit)
+{
     {
         const CellFront::Pass pass(m_front, strip);
-        passStrip(rules, firstX, endX, strip);
+        passStrip(rules, static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(end), strip,
+                  take);
     }
     m_front.takeFromNeighbors(strip);
-    commitStrip(rules, firstX, endX, strip);
+    commit();
     m_front.replaceSurfaceCells(strip);
 }
 
-template <typename Rules>
+template <typename Rules, typename Take>
 void DistanceFront::passStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
-                              std::uint32_t strip)
+                              std::uint32_t strip, Take &&take)
 {
     constexpr std::size_t Ahead = 8;
     std::vector<PlaneCell> &cells = m_scratch[strip].cells;
@@ -146,16 +121,14 @@ void DistanceFront::passStrip(const Rules &rules, std::uint32_t firstX, std::uin
             if (i + Ahead < cells.size())
                 prefetch(x, indexOf(x, cells[i + Ahead].y, cells[i + Ahead].z));
             const PlaneCell at = cells[i];
-            const std::size_t index = indexOf(x, at.y, at.z);
-            const Voxel &cell = m_voxels[index];
+            const Place place{x, at.y, at.z, indexOf(x, at.y, at.z)};
+            const Voxel &cell = m_voxels[place.index];
             if (cell.reached() || !rules.takesPart(cell))
                 continue;
             Voxel::Front candidate{};
-            if (!findCandidate(&cell, {x, at.y, at.z}, rules.limit(cell), candidate))
+            if (!findCandidate(&cell, place, rules.limit(cell), candidate))
                 continue;
-            Voxel &next = m_nextVoxels[index];
-            rules.accept(cell, next);
-            next.setFront(candidate);
+            take(place, candidate);
             firstY = std::min(firstY, at.y);
             lastY = at.y;
             taken[std::size_t{at.y} * words + at.z / FrontWordBits] |= FrontWord{1}
@@ -212,17 +185,17 @@ inline bool DistanceFront::findCandidate(const Voxel *cell, const Place &place, 
     const auto strideY = static_cast<std::ptrdiff_t>(m_sizeZ);
     const auto strideX = strideY * static_cast<std::ptrdiff_t>(m_sizeY);
     if (place.z > 0)
-        consider(-1, m_stepVectors[0]);
+        consider(-1, m_metric.stepVectors[0]);
     if (place.z + 1 < m_sizeZ)
-        consider(1, m_stepVectors[1]);
+        consider(1, m_metric.stepVectors[1]);
     if (place.y > 0)
-        consider(-strideY, m_stepVectors[2]);
+        consider(-strideY, m_metric.stepVectors[2]);
     if (place.y + 1 < m_sizeY)
-        consider(strideY, m_stepVectors[3]);
+        consider(strideY, m_metric.stepVectors[3]);
     if (place.x > 0)
-        consider(-strideX, m_stepVectors[4]);
+        consider(-strideX, m_metric.stepVectors[4]);
     if (place.x + 1 < m_sizeX)
-        consider(strideX, m_stepVectors[5]);
+        consider(strideX, m_metric.stepVectors[5]);
     return found;
 }
 

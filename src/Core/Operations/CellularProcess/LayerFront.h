@@ -60,6 +60,24 @@ public:
 
 private:
     using Voxel = Model::Automaton::Voxel;
+    using Words = std::vector<FrontWord>;
+
+    /// The plane in hand of a strip: its listed cells, also as a bit a cell. Each strip has its own,
+    /// on cache lines of its own.
+    struct alignas(64) Scratch
+    {
+        std::vector<PlaneCell> cells;
+        Words listed;
+    };
+
+    std::size_t indexOf(std::uint32_t x, std::uint32_t y, std::uint32_t z) const
+    {
+        return (std::size_t{x} * m_sizeY + y) * m_sizeZ + z;
+    }
+    void passStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
+                   std::uint32_t strip);
+    void commitStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
+                     std::uint32_t strip);
 
     Model::Automaton::TotalVolume *m_volume;
     std::uint32_t m_sizeX;
@@ -67,6 +85,7 @@ private:
     std::uint32_t m_sizeZ;
     StripRun m_strips;
     CellFront m_front;
+    std::vector<Scratch> m_scratch;
     Voxel *m_voxels = nullptr;
     Voxel *m_nextVoxels = nullptr;
 };

@@ -1,5 +1,7 @@
 #include "Core/Operations/CellularProcess/StripRun.h"
 
+#include "Model/Automaton/TotalVolume.h"
+
 #include <QFuture>
 #include <QThreadPool>
 #include <QtConcurrentRun>
@@ -11,11 +13,17 @@
 
 namespace Core::Operations {
 
-StripRun::StripRun(std::uint32_t sizeX)
+std::uint32_t StripRun::layersOf(const Model::Automaton::TotalVolume &volume)
+{
+    return volume.sizeY() == 0 || volume.sizeZ() == 0 ? 0 : volume.sizeX();
+}
+
+StripRun::StripRun(std::uint32_t sizeX, std::uint32_t narrowest)
     : m_sizeX(sizeX),
       m_threads(
           static_cast<std::uint32_t>(std::max(1, QThreadPool::globalInstance()->maxThreadCount()))),
-      m_stripWidth(m_sizeX / m_threads)
+      m_stripWidth(m_sizeX / m_threads),
+      m_narrowest(narrowest)
 {}
 
 std::int32_t StripRun::start(std::uint32_t strip) const

@@ -15,7 +15,7 @@ MooreNeighborhoodEtchingOperation::MooreNeighborhoodEtchingOperation(Workspace *
 {}
 
 void MooreNeighborhoodEtchingOperation::run(Model::Automaton::TotalVolume *volume,
-                                               std::uint32_t material, std::int32_t steps)
+                                            std::uint32_t material, std::int32_t steps)
 {
     MooreNeighborhoodEtching(volume, material, steps).runEtching();
 }

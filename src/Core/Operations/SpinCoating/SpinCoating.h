@@ -25,9 +25,8 @@ public:
     void runDeposition();
 
 private:
-    void fillStrip(std::uint32_t strip);
-    /// x in [start, end), z below `height`.
-    void fillStrip(std::int32_t start, std::int32_t end, std::uint32_t height);
+    /// x in [start, end).
+    void fillStrip(std::int32_t start, std::int32_t end);
 
     Model::Automaton::TotalVolume *m_volume;
     std::uint32_t m_material;

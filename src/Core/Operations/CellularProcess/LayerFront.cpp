@@ -1,0 +1,120 @@
+#include "Core/Operations/CellularProcess/LayerFront.h"
+
+#include "Core/Operations/CellularProcess/CellRuns.h"
+#include "Model/Automaton/TotalVolume.h"
+
+#include <algorithm>
+
+namespace Core::Operations {
+
+LayerFront::LayerFront(Model::Automaton::TotalVolume *volume)
+    : m_volume(volume),
+      m_sizeX(StripRun::layersOf(*volume)),
+      m_sizeY(volume->sizeY()),
+      m_sizeZ(volume->sizeZ()),
+      m_strips(m_sizeX),
+      m_front(m_strips, m_sizeX, m_sizeY, m_sizeZ),
+      m_scratch(m_strips.threads())
+{}
+
+LayerFront::TakenVoxels::TakenVoxels(LayerFront &front) : m_volume(front.m_volume)
+{
+    front.m_voxels = m_volume->voxels();
+    front.m_nextVoxels = m_volume->nextVoxels();
+}
+
+LayerFront::TakenVoxels::~TakenVoxels()
+{
+    m_volume->releaseVoxels();
+    m_volume->releaseNextVoxels();
+}
+
+void LayerFront::initializeStrip(const Rules &rules, std::int32_t start, std::int32_t end,
+                                 std::uint32_t strip)
+{
+    m_front.openStrip(start, end, strip);
+    const std::uint32_t words = m_front.wordsInColumn();
+    const auto isStarting = [&](std::uint32_t material) {
+        return (material == 0) == rules.startsAtVoid;
+    };
+    const auto firstX = static_cast<std::uint32_t>(start);
+    const auto endX = static_cast<std::uint32_t>(end);
+    m_front.listFirstCells(
+        Neighborhood::Moore, start, end, strip, [&](std::uint32_t x, Words &starting) {
+            for (std::uint32_t y = 0; y < m_sizeY; ++y)
+                for (std::uint32_t word = 0; word < words; ++word) {
+                    FrontWord passable = 0;
+                    FrontWord &bits = starting[std::size_t{y} * words + word];
+                    forEachRun(m_voxels + indexOf(x, y, 0), m_sizeZ, word,
+                               [&](std::uint32_t first, std::uint32_t last,
+                                   std::uint32_t material) {
+                                   if (material == rules.from)
+                                       passable |= wordRange(first, last);
+                                   if (isStarting(material))
+                                       bits |= wordRange(first, last);
+                               });
+                    if (x >= firstX && x < endX)
+                        m_front.setPassable(x, y, word, passable);
+                }
+        });
+}
+
+void LayerFront::stepStrip(const Rules &rules, std::int32_t start, std::int32_t end,
+                           std::uint32_t strip)
+{
+    const auto firstX = static_cast<std::uint32_t>(start);
+    const auto endX = static_cast<std::uint32_t>(end);
+    {
+        const CellFront::Pass pass(m_front, strip);
+        passStrip(rules, firstX, endX, strip);
+    }
+    m_front.takeFromNeighbors(strip);
+    commitStrip(rules, firstX, endX, strip);
+    m_front.replaceSurfaceCells(strip);
+}
+
+void LayerFront::passStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
+                           std::uint32_t strip)
+{
+    std::vector<PlaneCell> &cells = m_scratch[strip].cells;
+    Words &listed = m_scratch[strip].listed;
+    const std::uint32_t words = m_front.wordsInColumn();
+    listed.resize(std::size_t{m_sizeY} * words);
+    for (std::uint32_t x = firstX; x < endX; ++x) {
+        cells.clear();
+        m_front.surfaceCells(strip).appendCells(x, cells);
+        if (cells.empty())
+            continue;
+        for (const PlaneCell &at : cells) {
+            const std::size_t index = indexOf(x, at.y, at.z);
+            if (m_voxels[index].material() == rules.from)
+                m_nextVoxels[index].setMaterial(rules.to);
+            // Whatever became of the cell: one that this front has changed before hands it on too.
+            listed[std::size_t{at.y} * words + at.z / FrontWordBits] |= FrontWord{1}
+                                                                        << at.z % FrontWordBits;
+        }
+        const std::uint32_t firstY = cells.front().y;
+        const std::uint32_t lastY = cells.back().y;
+        m_front.enqueueNeighbors(Neighborhood::Moore, x, listed, firstY, lastY, strip);
+        std::fill(listed.begin() + std::size_t{firstY} * words,
+                  listed.begin() + (std::size_t{lastY} + 1) * words, 0);
+    }
+}
+
+void LayerFront::commitStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
+                             std::uint32_t strip)
+{
+    std::vector<PlaneCell> &cells = m_scratch[strip].cells;
+    for (std::uint32_t x = firstX; x < endX; ++x) {
+        cells.clear();
+        m_front.surfaceCells(strip).appendCells(x, cells);
+        for (const PlaneCell &at : cells) {
+            const std::size_t index = indexOf(x, at.y, at.z);
+            const std::uint32_t material = m_nextVoxels[index].material();
+            m_voxels[index].setMaterial(material);
+            m_front.setPassable(x, at, material == rules.from);
+        }
+    }
+}
+
+} // namespace Core::Operations
