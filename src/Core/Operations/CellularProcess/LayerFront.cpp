@@ -39,24 +39,24 @@ void LayerFront::initializeStrip(const Rules &rules, std::int32_t start, std::in
     };
     const auto firstX = static_cast<std::uint32_t>(start);
     const auto endX = static_cast<std::uint32_t>(end);
-    m_front.listFirstCells(
-        Neighborhood::Moore, start, end, strip, [&](std::uint32_t x, Words &starting) {
-            for (std::uint32_t y = 0; y < m_sizeY; ++y)
-                for (std::uint32_t word = 0; word < words; ++word) {
-                    FrontWord passable = 0;
-                    FrontWord &bits = starting[std::size_t{y} * words + word];
-                    forEachRun(m_voxels + indexOf(x, y, 0), m_sizeZ, word,
-                               [&](std::uint32_t first, std::uint32_t last,
-                                   std::uint32_t material) {
-                                   if (material == rules.from)
-                                       passable |= wordRange(first, last);
-                                   if (isStarting(material))
-                                       bits |= wordRange(first, last);
-                               });
-                    if (x >= firstX && x < endX)
-                        m_front.setPassable(x, y, word, passable);
-                }
-        });
+    m_front.listFirstCells(Neighborhood::Moore, start, end, strip,
+                           [&](std::uint32_t x, Words &starting) {
+                               for (std::uint32_t y = 0; y < m_sizeY; ++y)
+                                   for (std::uint32_t word = 0; word < words; ++word) {
+                                       FrontWord passable = 0;
+                                       FrontWord &bits = starting[std::size_t{y} * words + word];
+                                       forEachRun(m_voxels + indexOf(x, y, 0), m_sizeZ, word,
+                                                  [&](std::uint32_t first, std::uint32_t last,
+                                                      std::uint32_t material) {
+                                                      if (material == rules.from)
+                                                          passable |= wordRange(first, last);
+                                                      if (isStarting(material))
+                                                          bits |= wordRange(first, last);
+                                                  });
+                                       if (x >= firstX && x < endX)
+                                           m_front.setPassable(x, y, word, passable);
+                                   }
+                           });
 }
 
 void LayerFront::stepStrip(const Rules &rules, std::int32_t start, std::int32_t end,

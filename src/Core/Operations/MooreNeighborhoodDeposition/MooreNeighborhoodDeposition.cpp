@@ -16,7 +16,8 @@ LayerFront::Rules rulesFor(std::uint32_t material)
 
 } // namespace
 
-MooreNeighborhoodDeposition::MooreNeighborhoodDeposition(Model::Automaton::TotalVolume *volume, std::uint32_t material, std::int32_t steps)
+MooreNeighborhoodDeposition::MooreNeighborhoodDeposition(Model::Automaton::TotalVolume *volume,
+                                                         std::uint32_t material, std::int32_t steps)
     : m_material(material),
       m_steps(steps),
       m_front(volume)
@@ -37,12 +38,14 @@ void MooreNeighborhoodDeposition::runDeposition()
             boost::bind(&MooreNeighborhoodDeposition::runPartialDepositionStep, this, _1, _2, _3));
 }
 
-void MooreNeighborhoodDeposition::runPartialInitialization(std::int32_t start, std::int32_t end, std::uint32_t strip)
+void MooreNeighborhoodDeposition::runPartialInitialization(std::int32_t start, std::int32_t end,
+                                                           std::uint32_t strip)
 {
     m_front.initializeStrip(rulesFor(m_material), start, end, strip);
 }
 
-void MooreNeighborhoodDeposition::runPartialDepositionStep(std::int32_t start, std::int32_t end, std::uint32_t strip)
+void MooreNeighborhoodDeposition::runPartialDepositionStep(std::int32_t start, std::int32_t end,
+                                                           std::uint32_t strip)
 {
     m_front.stepStrip(rulesFor(m_material), start, end, strip);
 }

@@ -14,7 +14,8 @@ LayerFront::Rules rulesFor(std::uint32_t material)
 
 } // namespace
 
-MooreNeighborhoodEtching::MooreNeighborhoodEtching(Model::Automaton::TotalVolume *volume, std::uint32_t material, std::int32_t steps)
+MooreNeighborhoodEtching::MooreNeighborhoodEtching(Model::Automaton::TotalVolume *volume,
+                                                   std::uint32_t material, std::int32_t steps)
     : m_material(material),
       m_steps(steps),
       m_front(volume)
@@ -31,12 +32,14 @@ void MooreNeighborhoodEtching::runEtching()
             boost::bind(&MooreNeighborhoodEtching::runPartialEtchingStep, this, _1, _2, _3));
 }
 
-void MooreNeighborhoodEtching::runPartialInitialization(std::int32_t start, std::int32_t end, std::uint32_t strip)
+void MooreNeighborhoodEtching::runPartialInitialization(std::int32_t start, std::int32_t end,
+                                                        std::uint32_t strip)
 {
     m_front.initializeStrip(rulesFor(m_material), start, end, strip);
 }
 
-void MooreNeighborhoodEtching::runPartialEtchingStep(std::int32_t start, std::int32_t end, std::uint32_t strip)
+void MooreNeighborhoodEtching::runPartialEtchingStep(std::int32_t start, std::int32_t end,
+                                                     std::uint32_t strip)
 {
     m_front.stepStrip(rulesFor(m_material), start, end, strip);
 }

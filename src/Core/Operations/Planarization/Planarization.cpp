@@ -22,10 +22,13 @@ namespace {
 /// Below that many columns of x a thread, one thread does it alone.
 constexpr std::uint32_t NarrowestStrip = 3;
 
-void clear(Voxel *first, const Voxel *end)
+/// Empties the cells [first, end) of a column in both arrays.
+void clear(Voxel *cells, Voxel *nextCells, std::size_t first, std::size_t end)
 {
-    for (Voxel *cell = first; cell < end; ++cell)
-        cell->setMaterial(0);
+    for (std::size_t z = first; z < end; ++z) {
+        cells[z].setMaterial(0);
+        nextCells[z].setMaterial(0);
+    }
 }
 
 } // namespace
@@ -77,15 +80,16 @@ void Planarization::runThread(std::uint32_t thread)
         if (thread == 0)
             end = width;
     }
-    const std::uint32_t minimum = std::min(m_minimumHeight, m_sizeZ);
-    for (std::uint32_t x = start; x < end; ++x)
-        for (std::uint32_t y = 0; y < m_sizeY; ++y) {
-            const std::size_t column = (std::size_t{x} * m_sizeY + y) * m_sizeZ;
-            for (Voxel *cells : {m_voxels + column, m_nextVoxels + column}) {
-                clear(cells, cells + minimum);
-                clear(cells + m_maximumHeight, cells + m_sizeZ);
-            }
-        }
+    const std::size_t sizeZ = m_sizeZ;
+    const std::size_t minimum = std::min(m_minimumHeight, m_sizeZ);
+    const std::size_t maximum = m_maximumHeight;
+    const std::size_t lastColumn = std::size_t{end} * m_sizeY;
+    for (std::size_t column = std::size_t{start} * m_sizeY; column < lastColumn; ++column) {
+        Voxel *cells = m_voxels + column * sizeZ;
+        Voxel *nextCells = m_nextVoxels + column * sizeZ;
+        clear(cells, nextCells, 0, minimum);
+        clear(cells, nextCells, maximum, sizeZ);
+    }
 }
 
 } // namespace Core::Operations

@@ -9,6 +9,8 @@
 
 namespace Core::Operations {
 
+using Model::Automaton::Voxel;
+
 namespace {
 
 /// Below that many layers of x a thread, the calling thread does it alone; other processes share
@@ -40,15 +42,21 @@ void SpinCoating::runDeposition()
 
 void SpinCoating::fillStrip(std::int32_t start, std::int32_t end)
 {
-    for (auto x = static_cast<std::uint32_t>(start); x < static_cast<std::uint32_t>(end); ++x)
-        for (std::uint32_t y = 0; y < m_sizeY; ++y) {
-            const std::size_t column = (std::size_t{x} * m_sizeY + y) * m_sizeZ;
-            for (std::size_t c = column; c < column + m_depositionHeight; ++c)
-                if (m_voxels[c].material() == 0) {
-                    m_voxels[c].setMaterial(m_material);
-                    m_nextVoxels[c].setMaterial(m_material);
-                }
-        }
+    // Copies, as a write to a cell might change any member for all that the compiler knows.
+    const std::uint32_t material = m_material;
+    const std::size_t height = m_depositionHeight;
+    const std::size_t sizeZ = m_sizeZ;
+    const std::size_t first = static_cast<std::size_t>(start) * m_sizeY;
+    const std::size_t last = static_cast<std::size_t>(end) * m_sizeY;
+    for (std::size_t column = first; column < last; ++column) {
+        Voxel *cells = m_voxels + column * sizeZ;
+        Voxel *nextCells = m_nextVoxels + column * sizeZ;
+        for (std::size_t z = 0; z < height; ++z)
+            if (cells[z].material() == 0) {
+                cells[z].setMaterial(material);
+                nextCells[z].setMaterial(material);
+            }
+    }
 }
 
 } // namespace Core::Operations
