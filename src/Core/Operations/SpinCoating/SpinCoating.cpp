@@ -1,5 +1,6 @@
 #include "Core/Operations/SpinCoating/SpinCoating.h"
 
+#include "Core/Operations/CellularProcess/CellStreams.h"
 #include "Model/Automaton/TotalVolume.h"
 
 #include <boost/bind/bind.hpp>
@@ -51,11 +52,14 @@ void SpinCoating::fillStrip(std::int32_t start, std::int32_t end)
     for (std::size_t column = first; column < last; ++column) {
         Voxel *cells = m_voxels + column * sizeZ;
         Voxel *nextCells = m_nextVoxels + column * sizeZ;
-        for (std::size_t z = 0; z < height; ++z)
+        for (std::size_t z = 0; z < height; ++z) {
+            __builtin_prefetch(nextCells + z);
             if (cells[z].material() == 0) {
                 cells[z].setMaterial(material);
                 nextCells[z].setMaterial(material);
             }
+        }
+        passOver(cells, nextCells, height, sizeZ);
     }
 }
 
