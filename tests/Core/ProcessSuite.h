@@ -16,6 +16,7 @@
 #include <functional>
 #include <iterator>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace Fakes {
@@ -68,8 +69,8 @@ protected:
     }
 };
 
-/// A suite on one process operation whose dialog sets a thickness and a material. The runs take one
-/// strip, so that their result does not depend on timing.
+/// A suite on one process operation. The runs take one strip, so that their result does not depend
+/// on timing.
 template <typename Process>
 class ProcessSuite : public StateSuite
 {
@@ -86,6 +87,17 @@ protected:
         workspace().setOperationFactory(boost::make_shared<OperationFactory>(
             [this](std::uint32_t id) { return id == Process::Id ? create() : nullptr; }));
     }
+    void TearDown() override
+    {
+        if constexpr (isObserverClassWide)
+            Process::setObserver(nullptr);
+        StateSuite::TearDown();
+    }
+
+    /// The observer stands in one slot for all operations of the class, not in each operation.
+    static constexpr bool isObserverClassWide =
+        std::is_same_v<decltype(&Process::setObserver),
+                       void (*)(boost::shared_ptr<Util::IObserver>)>;
 
     static Shared current()
     {
@@ -106,7 +118,7 @@ protected:
         activate();
     }
 
-    /// The dialog, accepted with these values.
+    /// The dialog of a process that takes a thickness and a material, accepted with these.
     static Answer accept(float thickness, std::uint32_t material)
     {
         return [=](Process &operation) {
@@ -116,16 +128,22 @@ protected:
         };
     }
 
-    /// The whole process, from the selection on; the operation is on the undo stack then.
-    Shared run(const Volume &volume, float thickness, std::uint32_t material)
+    /// The whole process, from the selection on, with an answer that ends the operation. One that
+    /// can be undone is on the undo stack then.
+    Shared run(const Volume &volume, const Answer &answer)
     {
         Shared operation;
         activateOn(volume, [&](Process &running) {
             operation = current();
-            accept(thickness, material)(running);
+            answer(running);
         });
+        m_answer = nullptr;
         EXPECT_EQ(workspace().currentOperation(), nullptr);
         return operation;
+    }
+    Shared run(const Volume &volume, float thickness, std::uint32_t material)
+    {
+        return run(volume, accept(thickness, material));
     }
 
     /// Records for whatever number the operation may have.
@@ -140,14 +158,16 @@ protected:
 
     /// The number of the next operation, which is run for that: each record gives the only cell a
     /// material of its own, and undo shows which one is taken.
-    std::uint32_t nextNumber(const std::string &tag)
+    std::uint32_t nextNumber(const std::string &tag) { return nextNumber(tag, accept(0.0F, 1)); }
+    /// The same with an answer that ends the operation.
+    std::uint32_t nextNumber(const std::string &tag, const Answer &answer)
     {
         constexpr std::uint32_t first = 1000;
         std::string content;
         for (std::uint32_t number = 0; number < numbers; ++number)
             content += record(tag, number, {first + number});
         const Volume cell = Support::makeVolume({1, 1, 1}, [](auto, auto, auto) { return 2U; });
-        const Shared operation = run(cell, 0.0F, 1);
+        const Shared operation = run(cell, answer);
         write(undoFile(), content);
         operation->undo();
         write(undoFile(), "");
@@ -165,16 +185,19 @@ private:
     Shared create()
     {
         const auto operation = boost::make_shared<Process>(&workspace());
-        if (m_observed) {
-            // The dialog's observer keeps the operation while it works with it.
-            operation->setObserver(observing([this] {
-                log().push_back("dialog");
-                const Shared held = current();
-                if (held && m_answer)
-                    m_answer(*held);
-            }));
-        }
+        operation->setObserver(m_observed ? dialog() : nullptr);
         return operation;
+    }
+
+    boost::shared_ptr<Util::IObserver> dialog()
+    {
+        // The dialog's observer keeps the operation while it works with it.
+        return observing([this] {
+            log().push_back("dialog");
+            const Shared held = current();
+            if (held && m_answer)
+                m_answer(*held);
+        });
     }
 
     Support::PoolThreads m_threads{1};

@@ -1,5 +1,6 @@
 #include "Core/Operations/TotalVolumeUndoRedoHelper.h"
 
+#include "DebugLog.h"
 #include "Fakes.h"
 #include "ProcessSuite.h"
 
@@ -9,7 +10,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QString>
-#include <QtGlobal>
 
 #include <gmock/gmock.h>
 
@@ -18,31 +18,11 @@
 #include <vector>
 
 using Core::Operations::TotalVolumeUndoRedoHelper;
+using Fakes::DebugLog;
 
 namespace {
 
 using Materials = std::vector<std::uint32_t>;
-
-/// Collects what goes to the log while it lives.
-class DebugLog final
-{
-public:
-    DebugLog() : m_before(qInstallMessageHandler(&DebugLog::take)) { s_lines.clear(); }
-    ~DebugLog() { qInstallMessageHandler(m_before); }
-    DebugLog(const DebugLog &) = delete;
-    DebugLog &operator=(const DebugLog &) = delete;
-
-    const std::vector<std::string> &lines() const { return s_lines; }
-
-private:
-    static void take(QtMsgType type, const QMessageLogContext &, const QString &text)
-    {
-        s_lines.push_back((type == QtDebugMsg ? "debug: " : "other: ") + text.toStdString());
-    }
-
-    static inline std::vector<std::string> s_lines;
-    QtMessageHandler m_before;
-};
 
 /// A volume of 2 by 1 by 3 cells, and the helper of operation 3 of the class "Doping".
 class TotalVolumeUndoRedoHelperTest : public Fakes::StateSuite
