@@ -154,6 +154,14 @@ public:
         readBack();
     }
 
+    /// Has another engine built and run on the volume; the values of the process are not used.
+    void runWith(int threads, const std::function<void(TotalVolume &)> &buildAndRun)
+    {
+        const Support::PoolThreads pool(threads);
+        buildAndRun(*m_volume);
+        readBack();
+    }
+
     void readBack()
     {
         const Voxel *voxels = m_volume->voxels();
@@ -227,6 +235,10 @@ inline bool hasSameMaterialAndFront(const Cell &a, const Cell &b)
 inline bool hasSameAtoms(const Cell &a, const Cell &b)
 {
     return a.atoms == b.atoms;
+}
+inline bool hasSameFields(const Cell &a, const Cell &b)
+{
+    return hasSameMaterialAndFront(a, b) && hasSameAtoms(a, b);
 }
 
 /// Whether the cells agree one by one in what `same` compares; tells the first that does not.
