@@ -2,15 +2,6 @@
 
 namespace Core::Operations {
 
-namespace {
-
-std::uint32_t lowestBit(FrontWord word)
-{
-    return static_cast<std::uint32_t>(__builtin_ctzll(word));
-}
-
-} // namespace
-
 FrontList::FrontList(std::uint32_t firstX, std::uint32_t planes, std::uint32_t sizeY,
                      std::uint32_t sizeZ)
     : m_firstX(firstX),
@@ -23,24 +14,9 @@ FrontList::FrontList(std::uint32_t firstX, std::uint32_t planes, std::uint32_t s
       m_holdsCells(planes, 0)
 {}
 
-template <typename Visitor>
-void FrontList::forEachWord(std::uint32_t plane, Visitor &&visit) const
-{
-    if (!m_holdsCells[plane])
-        return;
-    const FrontWord *bits = m_bits.data() + plane * m_wordsInPlane;
-    const FrontWord *marks = m_marks.data() + plane * m_marksInPlane;
-    for (std::size_t i = 0; i < m_marksInPlane; ++i) {
-        for (FrontWord mark = marks[i]; mark != 0; mark &= mark - 1) {
-            const auto inPlane = static_cast<std::uint32_t>(i * FrontWordBits + lowestBit(mark));
-            visit(inPlane / m_words, inPlane % m_words, bits[inPlane]);
-        }
-    }
-}
-
 void FrontList::appendCells(std::uint32_t x, std::vector<PlaneCell> &cells) const
 {
-    forEachWord(x - m_firstX, [&](std::uint32_t y, std::uint32_t word, FrontWord bits) {
+    forEachWord(x, [&](std::uint32_t y, std::uint32_t word, FrontWord bits) {
         for (; bits != 0; bits &= bits - 1)
             cells.push_back({y, word * FrontWordBits + lowestBit(bits)});
     });
@@ -48,10 +24,9 @@ void FrontList::appendCells(std::uint32_t x, std::vector<PlaneCell> &cells) cons
 
 void FrontList::take(FrontList &other)
 {
-    for (std::uint32_t plane = 0; plane < other.m_planes; ++plane)
-        other.forEachWord(plane, [&](std::uint32_t y, std::uint32_t word, FrontWord bits) {
-            add(other.m_firstX + plane, y, word, bits);
-        });
+    for (std::uint32_t x = other.firstX(); x != other.endX(); ++x)
+        other.forEachWord(
+            x, [&](std::uint32_t y, std::uint32_t word, FrontWord bits) { add(x, y, word, bits); });
     other.clear();
 }
 

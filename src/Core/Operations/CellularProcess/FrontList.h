@@ -10,6 +10,11 @@ namespace Core::Operations {
 using FrontWord = std::uint64_t;
 constexpr std::uint32_t FrontWordBits = 64;
 
+inline std::uint32_t lowestBit(FrontWord word)
+{
+    return static_cast<std::uint32_t>(__builtin_ctzll(word));
+}
+
 /// A cell of a plane of constant x.
 struct PlaneCell
 {
@@ -43,6 +48,9 @@ public:
                                                                      << inPlane % FrontWordBits;
     }
 
+    /// Calls visit(y, word, bits) for each word of the plane x that holds a cell, ascending.
+    template <typename Visitor>
+    void forEachWord(std::uint32_t x, Visitor &&visit) const;
     /// Appends the cells of the plane x to `cells`, y first, then z, each ascending.
     void appendCells(std::uint32_t x, std::vector<PlaneCell> &cells) const;
     /// Moves all cells of `other`, which lie in this list's range, over to this list.
@@ -50,10 +58,6 @@ public:
     void clear();
 
 private:
-    /// Calls visit(y, word, bits) for each word of the plane that holds a cell, ascending.
-    template <typename Visitor>
-    void forEachWord(std::uint32_t plane, Visitor &&visit) const;
-
     std::uint32_t m_firstX = 0;
     std::uint32_t m_planes = 0;
     std::uint32_t m_words = 0;
@@ -64,5 +68,21 @@ private:
     /// A byte a plane.
     std::vector<std::uint8_t> m_holdsCells;
 };
+
+template <typename Visitor>
+void FrontList::forEachWord(std::uint32_t x, Visitor &&visit) const
+{
+    const std::uint32_t plane = x - m_firstX;
+    if (!m_holdsCells[plane])
+        return;
+    const FrontWord *bits = m_bits.data() + plane * m_wordsInPlane;
+    const FrontWord *marks = m_marks.data() + plane * m_marksInPlane;
+    for (std::size_t i = 0; i < m_marksInPlane; ++i) {
+        for (FrontWord mark = marks[i]; mark != 0; mark &= mark - 1) {
+            const auto inPlane = static_cast<std::uint32_t>(i * FrontWordBits + lowestBit(mark));
+            visit(inPlane / m_words, inPlane % m_words, bits[inPlane]);
+        }
+    }
+}
 
 } // namespace Core::Operations

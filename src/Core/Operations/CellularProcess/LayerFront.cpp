@@ -14,7 +14,7 @@ LayerFront::LayerFront(Model::Automaton::TotalVolume *volume)
       m_sizeZ(volume->sizeZ()),
       m_strips(m_sizeX),
       m_front(m_strips, m_sizeX, m_sizeY, m_sizeZ),
-      m_scratch(m_strips.threads())
+      m_listed(m_strips.threads())
 {}
 
 LayerFront::TakenVoxels::TakenVoxels(LayerFront &front) : m_volume(front.m_volume)
@@ -73,28 +73,29 @@ void LayerFront::stepStrip(const Rules &rules, std::int32_t start, std::int32_t 
     m_front.replaceSurfaceCells(strip);
 }
 
+// A passable cell is one of the material `from`: what a step changes are the passable cells of its
+// list. The others were changed by this front before and only hand it on.
 void LayerFront::passStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
                            std::uint32_t strip)
 {
-    std::vector<PlaneCell> &cells = m_scratch[strip].cells;
-    Words &listed = m_scratch[strip].listed;
+    Words &listed = m_listed[strip];
     const std::uint32_t words = m_front.wordsInColumn();
     listed.resize(std::size_t{m_sizeY} * words);
     for (std::uint32_t x = firstX; x < endX; ++x) {
-        cells.clear();
-        m_front.surfaceCells(strip).appendCells(x, cells);
-        if (cells.empty())
+        std::uint32_t firstY = m_sizeY;
+        std::uint32_t lastY = 0;
+        m_front.surfaceCells(strip).forEachWord(
+            x, [&](std::uint32_t y, std::uint32_t word, FrontWord bits) {
+                Voxel *next = m_nextVoxels + indexOf(x, y, word * FrontWordBits);
+                for (FrontWord changing = bits & m_front.passable(x, y, word); changing != 0;
+                     changing &= changing - 1)
+                    next[lowestBit(changing)].setMaterial(rules.to);
+                listed[std::size_t{y} * words + word] = bits;
+                firstY = std::min(firstY, y);
+                lastY = y;
+            });
+        if (firstY > lastY)
             continue;
-        for (const PlaneCell &at : cells) {
-            const std::size_t index = indexOf(x, at.y, at.z);
-            if (m_voxels[index].material() == rules.from)
-                m_nextVoxels[index].setMaterial(rules.to);
-            // Whatever became of the cell: one that this front has changed before hands it on too.
-            listed[std::size_t{at.y} * words + at.z / FrontWordBits] |= FrontWord{1}
-                                                                        << at.z % FrontWordBits;
-        }
-        const std::uint32_t firstY = cells.front().y;
-        const std::uint32_t lastY = cells.back().y;
         m_front.enqueueNeighbors(Neighborhood::Moore, x, listed, firstY, lastY, strip);
         std::fill(listed.begin() + std::size_t{firstY} * words,
                   listed.begin() + (std::size_t{lastY} + 1) * words, 0);
@@ -104,17 +105,18 @@ void LayerFront::passStrip(const Rules &rules, std::uint32_t firstX, std::uint32
 void LayerFront::commitStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
                              std::uint32_t strip)
 {
-    std::vector<PlaneCell> &cells = m_scratch[strip].cells;
-    for (std::uint32_t x = firstX; x < endX; ++x) {
-        cells.clear();
-        m_front.surfaceCells(strip).appendCells(x, cells);
-        for (const PlaneCell &at : cells) {
-            const std::size_t index = indexOf(x, at.y, at.z);
-            const std::uint32_t material = m_nextVoxels[index].material();
-            m_voxels[index].setMaterial(material);
-            m_front.setPassable(x, at, material == rules.from);
-        }
-    }
+    for (std::uint32_t x = firstX; x < endX; ++x)
+        m_front.surfaceCells(strip).forEachWord(
+            x, [&](std::uint32_t y, std::uint32_t word, FrontWord bits) {
+                const FrontWord passable = m_front.passable(x, y, word);
+                const std::size_t first = indexOf(x, y, word * FrontWordBits);
+                for (FrontWord changed = bits & passable; changed != 0; changed &= changed - 1) {
+                    const std::size_t index = first + lowestBit(changed);
+                    m_voxels[index].setMaterial(m_nextVoxels[index].material());
+                }
+                if (rules.to != rules.from)
+                    m_front.setPassable(x, y, word, passable & ~bits);
+            });
 }
 
 } // namespace Core::Operations

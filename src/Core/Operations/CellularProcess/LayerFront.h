@@ -62,14 +62,6 @@ private:
     using Voxel = Model::Automaton::Voxel;
     using Words = std::vector<FrontWord>;
 
-    /// The plane in hand of a strip: its listed cells, also as a bit a cell. Each strip has its own,
-    /// on cache lines of its own.
-    struct alignas(64) Scratch
-    {
-        std::vector<PlaneCell> cells;
-        Words listed;
-    };
-
     std::size_t indexOf(std::uint32_t x, std::uint32_t y, std::uint32_t z) const
     {
         return (std::size_t{x} * m_sizeY + y) * m_sizeZ + z;
@@ -85,7 +77,8 @@ private:
     std::uint32_t m_sizeZ;
     StripRun m_strips;
     CellFront m_front;
-    std::vector<Scratch> m_scratch;
+    /// The listed cells of the plane in hand of each strip, a bit a cell.
+    std::vector<Words> m_listed;
     Voxel *m_voxels = nullptr;
     Voxel *m_nextVoxels = nullptr;
 };
