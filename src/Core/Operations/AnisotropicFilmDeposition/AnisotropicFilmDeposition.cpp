@@ -111,8 +111,10 @@ void AnisotropicFilmDeposition::runPartialInitialization(std::int32_t start, std
                     starting[std::size_t{y} * words + word] =
                         wordRange(0, std::min(FrontWordBits, m_sizeZ - word * FrontWordBits)) &
                         ~isVoid;
-                    if (isOwn)
-                        cells.setPassable(x, y, word, isVoid);
+                    if (!isOwn)
+                        continue;
+                    cells.setPassable(x, y, word, isVoid);
+                    m_front.carriers().set(x, y, word, sourcesOf(column, word));
                 }
             }
         });
@@ -129,6 +131,18 @@ void AnisotropicFilmDeposition::initializeColumn(Voxel *column) const
         else
             column[z].setFront({true, far, far, far});
     }
+}
+
+FrontWord AnisotropicFilmDeposition::sourcesOf(const Voxel *column, std::uint32_t word) const
+{
+    FrontWord sources = 0;
+    forEachRun(column, m_sizeZ, word,
+               [&](std::uint32_t first, std::uint32_t end, std::uint32_t material) {
+                   for (std::uint32_t bit = first; material != 0 && bit < end; ++bit)
+                       if (isSource(column, word * FrontWordBits + bit))
+                           sources |= FrontWord{1} << bit;
+               });
+    return sources;
 }
 
 bool AnisotropicFilmDeposition::isSource(const Voxel *column, std::uint32_t z) const

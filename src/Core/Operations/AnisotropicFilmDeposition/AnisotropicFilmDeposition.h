@@ -53,6 +53,8 @@ private:
     void runPartialDepositionStep(std::int32_t start, std::int32_t end, std::uint32_t strip);
     /// Writes `reached` and the distances of all cells of a column.
     void initializeColumn(Model::Automaton::Voxel *column) const;
+    /// The sources among the cells of a word of a column.
+    FrontWord sourcesOf(const Model::Automaton::Voxel *column, std::uint32_t word) const;
     /// For a filled cell of a column, at the height z.
     bool isSource(const Model::Automaton::Voxel *column, std::uint32_t z) const;
 

@@ -14,7 +14,7 @@ CellFront::CellFront(const StripRun &strips, std::uint32_t sizeX, std::uint32_t 
       m_nextCells(strips.threads()),
       m_cellsForPreviousStrip(strips.threads()),
       m_cellsForNextStrip(strips.threads()),
-      m_passable(wordIndex(sizeX, 0, 0), 0)
+      m_passable(sizeX, sizeY, sizeZ)
 {
     for (std::uint32_t strip = 0; strip < strips.threads(); ++strip)
         m_stripMutexes.push_back(std::make_unique<QMutex>());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Operations/CellularProcess/CellBits.h"
 #include "Core/Operations/CellularProcess/FrontList.h"
 #include "Core/Operations/CellularProcess/StripRun.h"
 
@@ -57,11 +58,11 @@ public:
     /// those of its own x range; the border layers are also read by its neighbours.
     FrontWord passable(std::uint32_t x, std::uint32_t y, std::uint32_t word) const
     {
-        return __atomic_load_n(&m_passable[wordIndex(x, y, word)], __ATOMIC_RELAXED);
+        return m_passable.at(x, y, word);
     }
     void setPassable(std::uint32_t x, std::uint32_t y, std::uint32_t word, FrontWord bits)
     {
-        __atomic_store_n(&m_passable[wordIndex(x, y, word)], bits, __ATOMIC_RELAXED);
+        m_passable.set(x, y, word, bits);
     }
     void setPassable(std::uint32_t x, const PlaneCell &cell, bool passable);
 
@@ -88,10 +89,6 @@ public:
     void replaceSurfaceCells(std::uint32_t strip);
 
 private:
-    std::size_t wordIndex(std::uint32_t x, std::uint32_t y, std::uint32_t word) const
-    {
-        return (std::size_t{x} * m_sizeY + y) * m_words + word;
-    }
     /// The cells right above and below those of a word of the column.
     FrontWord verticalNeighbors(const FrontWord *column, std::uint32_t word) const;
     FrontList &listFor(std::uint32_t x, std::uint32_t strip);
@@ -108,7 +105,7 @@ private:
     std::vector<FrontList> m_cellsForPreviousStrip;
     std::vector<FrontList> m_cellsForNextStrip;
     std::vector<std::unique_ptr<QMutex>> m_stripMutexes;
-    std::vector<FrontWord> m_passable;
+    CellBits m_passable;
 };
 
 template <typename ReadPlane>

@@ -29,6 +29,7 @@ DistanceFront::DistanceFront(Model::Automaton::TotalVolume *volume, const Metric
       m_metric(metric),
       m_strips(m_sizeX),
       m_front(m_strips, m_sizeX, m_sizeY, m_sizeZ),
+      m_carriers(m_sizeX, m_sizeY, m_sizeZ),
       m_scratch(m_strips.threads())
 {}
 

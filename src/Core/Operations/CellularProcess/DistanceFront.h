@@ -42,7 +42,7 @@ enum class CellStart
 ///     bool takesPart(const Voxel &cell) const;
 ///         whether a listed cell that is not reached is tested
 ///     float limit(const Voxel &cell) const;
-///         the longest squared distance that the cell may take
+///         the longest squared distance that the cell may take, at most far() squared
 ///     void accept(const Voxel &cell, Voxel &next) const;
 ///         the material of a cell that is taken
 ///     bool passes(std::uint32_t material) const;
@@ -125,6 +125,10 @@ public:
     /// The lists. A strip opens its own before anything else.
     CellFront &cells() { return m_front; }
     void openStrip(std::int32_t start, std::int32_t end, std::uint32_t strip);
+    /// The cells that a front may come from: a cell none of whose face neighbours is among them is
+    /// not tested, as the far value makes no candidate. An engine that begins in a way of its own
+    /// sets its sources.
+    CellBits &carriers() { return m_carriers; }
     /// In place of TakenVoxels, for an engine that has taken `voxels` alone and stages what it takes
     /// elsewhere.
     void setVoxels(Voxel *voxels) { m_voxels = voxels; }
@@ -165,6 +169,7 @@ private:
     Metric m_metric;
     StripRun m_strips;
     CellFront m_front;
+    CellBits m_carriers;
     std::vector<Scratch> m_scratch;
     Voxel *m_voxels = nullptr;
     Voxel *m_nextVoxels = nullptr;

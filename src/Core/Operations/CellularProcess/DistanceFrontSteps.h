@@ -38,6 +38,7 @@ void DistanceFront::initializePlane(const Rules &rules, std::uint32_t x, Words &
         for (std::uint32_t word = 0; word < words; ++word) {
             FrontWord passable = 0;
             FrontWord startsFront = 0;
+            FrontWord sources = 0;
             forEachRun(m_voxels + column, m_sizeZ, word,
                        [&](std::uint32_t first, std::uint32_t end, std::uint32_t material) {
                            const CellStart start = rules.start(material);
@@ -52,10 +53,13 @@ void DistanceFront::initializePlane(const Rules &rules, std::uint32_t x, Words &
                            }
                            if (start == CellStart::Open)
                                passable |= wordRange(first, end);
+                           if (start == CellStart::Source)
+                               sources |= wordRange(first, end);
                            if (rules.startsFront(material))
                                startsFront |= wordRange(first, end);
                        });
             m_front.setPassable(x, y, word, passable);
+            m_carriers.set(x, y, word, sources);
             starting[std::size_t{y} * words + word] = startsFront;
         }
     }
@@ -114,7 +118,11 @@ void DistanceFront::passStrip(const Rules &rules, std::uint32_t firstX, std::uin
     const std::uint32_t words = m_front.wordsInColumn();
     for (std::uint32_t x = firstX; x < endX; ++x) {
         cells.clear();
-        m_front.surfaceCells(strip).appendCells(x, cells);
+        m_front.surfaceCells(strip).forEachWord(
+            x, [&](std::uint32_t y, std::uint32_t word, FrontWord bits) {
+                for (bits &= m_carriers.touched(x, y, word); bits != 0; bits &= bits - 1)
+                    cells.push_back({y, word * FrontWordBits + lowestBit(bits)});
+            });
         std::uint32_t firstY = m_sizeY;
         std::uint32_t lastY = 0;
         for (std::size_t i = 0; i < cells.size(); ++i) {
@@ -137,6 +145,11 @@ void DistanceFront::passStrip(const Rules &rules, std::uint32_t firstX, std::uin
         if (firstY > lastY)
             continue;
         m_front.enqueueNeighbors(Rules::neighborhood, x, taken, firstY, lastY, strip);
+        // Before the commit gives them their distances, that costs a test and changes nothing.
+        for (std::uint32_t y = firstY; y <= lastY; ++y)
+            for (std::uint32_t word = 0; word < words; ++word)
+                if (const FrontWord bits = taken[std::size_t{y} * words + word])
+                    m_carriers.set(x, y, word, m_carriers.at(x, y, word) | bits);
         std::fill(taken.begin() + std::size_t{firstY} * words,
                   taken.begin() + (std::size_t{lastY} + 1) * words, 0);
     }
@@ -146,19 +159,24 @@ template <typename Rules>
 void DistanceFront::commitStrip(const Rules &rules, std::uint32_t firstX, std::uint32_t endX,
                                 std::uint32_t strip)
 {
-    std::vector<PlaneCell> &cells = m_scratch[strip].cells;
-    for (std::uint32_t x = firstX; x < endX; ++x) {
-        cells.clear();
-        m_front.surfaceCells(strip).appendCells(x, cells);
-        for (const PlaneCell &at : cells) {
-            const std::size_t index = indexOf(x, at.y, at.z);
-            const std::uint32_t before = m_voxels[index].material();
-            m_voxels[index] = m_nextVoxels[index];
-            const std::uint32_t after = m_voxels[index].material();
-            if (after != before)
-                m_front.setPassable(x, at, rules.passes(after));
-        }
-    }
+    for (std::uint32_t x = firstX; x < endX; ++x)
+        m_front.surfaceCells(strip).forEachWord(
+            x, [&](std::uint32_t y, std::uint32_t word, FrontWord bits) {
+                const std::size_t first = indexOf(x, y, word * FrontWordBits);
+                FrontWord passable = m_front.passable(x, y, word);
+                for (; bits != 0; bits &= bits - 1) {
+                    const std::uint32_t bit = lowestBit(bits);
+                    Voxel &cell = m_voxels[first + bit];
+                    const std::uint32_t before = cell.material();
+                    cell = m_nextVoxels[first + bit];
+                    if (cell.material() == before)
+                        continue;
+                    passable &= ~(FrontWord{1} << bit);
+                    if (rules.passes(cell.material()))
+                        passable |= FrontWord{1} << bit;
+                }
+                m_front.setPassable(x, y, word, passable);
+            });
 }
 
 inline bool DistanceFront::findCandidate(const Voxel *cell, const Place &place, float limit,
