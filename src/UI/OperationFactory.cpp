@@ -1,22 +1,36 @@
 #include "UI/OperationFactory.h"
 
+#include "Core/Operations/AnisotropicFilmDeposition/AnisotropicFilmDepositionOperation.h"
 #include "Core/Operations/CopyObject.h"
 #include "Core/Operations/CreateSubstrateOperation.h"
 #include "Core/Operations/DeleteObject.h"
 #include "Core/Operations/Document/OpenDocumentOperation.h"
 #include "Core/Operations/Document/SaveDocumentAsOperation.h"
 #include "Core/Operations/Document/SaveDocumentOperation.h"
+#include "Core/Operations/Electrodeposition/ElectrodepositionOperation.h"
 #include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDepositionOperation.h"
 #include "Core/Operations/IsotropicFilmEtching/IsotropicFilmEtchingOperation.h"
+#include "Core/Operations/MooreNeighborhoodDeposition/MooreNeighborhoodDepositionOperation.h"
+#include "Core/Operations/MooreNeighborhoodEtching/MooreNeighborhoodEtchingOperation.h"
 #include "Core/Operations/MoveObject.h"
+#include "Core/Operations/Planarization/PlanarizationOperation.h"
 #include "Core/Operations/SelectVolumesOperation.h"
+#include "Core/Operations/SimpleReactiveIonEtching/SimpleReactiveIonEtchingOperation.h"
+#include "Core/Operations/SpinCoating/SpinCoatingOperation.h"
 #include "UI/MainWindow.h"
 #include "UI/MainWindowPresenter.h"
+#include "UI/Observers/CVDObserver.h"
 #include "UI/Observers/CreateSubstrateObserver.h"
 #include "UI/Observers/DocumentOpenedObserver.h"
 #include "UI/Observers/DocumentSavedObserver.h"
+#include "UI/Observers/ElectrodepositionObserver.h"
 #include "UI/Observers/IsotropicFilmDepositionObserver.h"
 #include "UI/Observers/IsotropicFilmEtchingObserver.h"
+#include "UI/Observers/MooreDepositionObserver.h"
+#include "UI/Observers/MooreEtchingObserver.h"
+#include "UI/Observers/PlanarizationObserver.h"
+#include "UI/Observers/SimpleRIEObserver.h"
+#include "UI/Observers/SpinCoatingObserver.h"
 
 #include <boost/make_shared.hpp>
 
@@ -26,7 +40,8 @@ using namespace Core::Operations;
 
 namespace {
 
-/// An operation that holds an observer of its own, which asks with the window as dialog parent.
+/// An operation with an observer that asks with the window as dialog parent. Where a class has one
+/// slot for all its operations, each new one overwrites it: only one of a class is in progress.
 template <typename Operation, typename Observer>
 boost::shared_ptr<Operation> makeObserved(MainWindowPresenter &presenter)
 {
@@ -76,8 +91,27 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
     case 14:
         return makeObserved<IsotropicFilmEtchingOperation, Observers::IsotropicFilmEtchingObserver>(
             *m_presenter);
+    case 15:
+        return makeObserved<ElectrodepositionOperation, Observers::ElectrodepositionObserver>(
+            *m_presenter);
+    case 18:
+        return makeObserved<MooreNeighborhoodDepositionOperation,
+                            Observers::MooreDepositionObserver>(*m_presenter);
+    case 19:
+        return makeObserved<MooreNeighborhoodEtchingOperation, Observers::MooreEtchingObserver>(
+            *m_presenter);
+    case 22:
+        return makeObserved<PlanarizationOperation, Observers::PlanarizationObserver>(*m_presenter);
+    case 23:
+        return makeObserved<SpinCoatingOperation, Observers::SpinCoatingObserver>(*m_presenter);
     case 24:
         return boost::make_shared<SelectVolumesOperation>(workspace);
+    case 27:
+        return makeObserved<AnisotropicFilmDepositionOperation, Observers::CVDObserver>(
+            *m_presenter);
+    case 30:
+        return makeObserved<SimpleReactiveIonEtchingOperation, Observers::SimpleRIEObserver>(
+            *m_presenter);
     default:
         return {};
     }

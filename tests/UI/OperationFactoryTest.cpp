@@ -1,9 +1,14 @@
 #include "Support/WindowDriver.h"
 
 #include "Core/Operations/ObjectOperation.h"
+#include "Core/Operations/Planarization/PlanarizationOperation.h"
+#include "Core/Operations/SpinCoating/SpinCoatingOperation.h"
+#include "Core/Workspace.h"
 #include "UI/MainWindow.h"
 #include "UI/OperationFactory.h"
+#include "Util/IObserver.h"
 
+#include <boost/make_shared.hpp>
 #include <boost/pointer_cast.hpp>
 #include <gtest/gtest.h>
 
@@ -23,10 +28,23 @@ struct Row
 
 /// The operations that the program has.
 const Row Rows[] = {
-    {1, "Copy Objects", 1, true},           {2, "Create Substrate", 2, true},
-    {4, "Delete Objects", 4, true},         {7, "Move Objects", 7, true},
-    {13, "Isotropic Deposition", 13, true}, {14, "Isotropic Etching", 14, true},
+    {1, "Copy Objects", 1, true},
+    {2, "Create Substrate", 2, true},
+    {4, "Delete Objects", 4, true},
+    {7, "Move Objects", 7, true},
+    {9, "Save document", 9, false},
+    {10, "Save Document As", 10, false},
+    {11, "Open document", 11, false},
+    {13, "Isotropic Deposition", 13, true},
+    {14, "Isotropic Etching", 14, true},
+    {15, "Electroplating", 15, true},
+    {18, "Moore film deposition", 18, true},
+    {19, "Moore film deposition", 19, true},
+    {22, "Planarization", 22, false},
+    {23, "Spin Coating", 23, false},
     {24, "Select volumes", 24, false},
+    {27, "Isotropic Deposition", 13, true},
+    {30, "Simple RIE", 30, false},
 };
 
 class OperationFactoryTest : public testing::Test
@@ -46,6 +64,49 @@ TEST_F(OperationFactoryTest, EachRowHasItsNameItsOwnIdAndItsPlaceOnTheUndoStack)
         EXPECT_EQ(boost::dynamic_pointer_cast<ObjectOperation>(operation) != nullptr, row.undoable)
             << row.id;
     }
+}
+
+class Counter final : public Util::IObserver
+{
+public:
+    explicit Counter(int &count) : m_count(count) {}
+    void update() override { ++m_count; }
+
+private:
+    int &m_count;
+};
+
+TEST_F(OperationFactoryTest, ClassWideSlotsAreOverwrittenAtEachCreation)
+{
+    using Core::Operations::PlanarizationOperation;
+    using Core::Operations::SpinCoatingOperation;
+
+    m_driver.trigger("actionCreate_Substrate", {Support::DialogAnswer().accept()});
+    const auto select = [this] {
+        m_driver.trigger("actionSelect");
+        m_driver.click(m_driver.viewCenter() + QPoint(20, -15));
+    };
+    int updates = 0;
+    PlanarizationOperation::setObserver(boost::make_shared<Counter>(updates));
+    SpinCoatingOperation::setObserver(boost::make_shared<Counter>(updates));
+    for (const char *action : {"actionPlanarization", "actionSpin_Coating"}) {
+        select();
+        m_driver.trigger(action, {Support::DialogAnswer().reject()});
+    }
+    EXPECT_EQ(updates, 0);
+
+    // Also an operation of the class that was there before has the new observer.
+    const auto earlier = m_factory.create(22);
+    PlanarizationOperation::setObserver(boost::make_shared<Counter>(updates));
+    select();
+    earlier->next();
+    EXPECT_EQ(updates, 1);
+    select();
+    const auto other = m_factory.create(22);
+    m_factory.create(22);
+    // Not in progress, so the observer of the last one asks nothing.
+    other->next();
+    EXPECT_EQ(updates, 1);
 }
 
 TEST_F(OperationFactoryTest, NumbersOutsideTheTableYieldNoOperation)

@@ -1,0 +1,28 @@
+#include "UI/Observers/SimpleRIEObserver.h"
+
+#include "Core/Operations/SimpleReactiveIonEtching/SimpleReactiveIonEtchingOperation.h"
+#include "Model/Materials/MaterialFactory.h"
+#include "UI/ModalDialog.h"
+#include "UI/Operations/SimpleRIEDialog.h"
+
+namespace Ui::Observers {
+
+void SimpleRIEObserver::update()
+{
+    const auto operation = current<Core::Operations::SimpleReactiveIonEtchingOperation>();
+    if (!operation)
+        return;
+    Operations::SimpleRIEDialog dialog(dialogParent());
+    dialog.setMaterials(Model::Materials::MaterialFactory::instance()->materials());
+    if (!runModally(dialog)) {
+        operation->cancel();
+        return;
+    }
+    operation->setDepth(static_cast<double>(dialog.depth()));
+    operation->setMaterial(dialog.material());
+    operation->setEtchFromBelow(dialog.etchFromBelow());
+    operation->setEtchFromTop(dialog.etchFromTop());
+    operation->end();
+}
+
+} // namespace Ui::Observers
