@@ -1,29 +1,20 @@
 #include "UI/Observers/CreateSubstrateObserver.h"
 
 #include "Core/Operations/CreateSubstrateOperation.h"
-#include "Core/Workspace.h"
 #include "Model/Materials/MaterialFactory.h"
 #include "UI/ModalDialog.h"
 #include "UI/Operations/CreateSubstrateDialog.h"
-
-#include <boost/pointer_cast.hpp>
 
 #include <cstdint>
 
 namespace Ui::Observers {
 
-CreateSubstrateObserver::CreateSubstrateObserver(Core::Workspace *workspace, QWidget *dialogParent)
-    : m_workspace(workspace),
-      m_dialogParent(dialogParent)
-{}
-
 void CreateSubstrateObserver::update()
 {
-    const auto operation = boost::dynamic_pointer_cast<Core::Operations::CreateSubstrateOperation>(
-        m_workspace->currentOperation());
+    const auto operation = current<Core::Operations::CreateSubstrateOperation>();
     if (!operation)
         return;
-    Operations::CreateSubstrateDialog dialog(m_dialogParent);
+    Operations::CreateSubstrateDialog dialog(dialogParent());
     dialog.setMaterials(Model::Materials::MaterialFactory::instance()->materials());
     if (!runModally(dialog)) {
         operation->cancel();

@@ -1,27 +1,17 @@
 #pragma once
 
-#include "Util/IObserver.h"
-
-class QWidget;
-
-namespace Core {
-class Workspace;
-}
+#include "UI/Observers/OptionsObserver.h"
 
 namespace Ui::Observers {
 
 /// Asks for the substrate in a modal dialog and starts the waiting Create Substrate operation with
-/// the answers, or cancels it. Owns neither the workspace nor the dialog's parent.
-class CreateSubstrateObserver final : public Util::IObserver
+/// the answers, or cancels it.
+class CreateSubstrateObserver final : public OptionsObserver
 {
 public:
-    CreateSubstrateObserver(Core::Workspace *workspace, QWidget *dialogParent);
+    using OptionsObserver::OptionsObserver;
 
     void update() override;
-
-private:
-    Core::Workspace *m_workspace;
-    QWidget *m_dialogParent;
 };
 
 } // namespace Ui::Observers

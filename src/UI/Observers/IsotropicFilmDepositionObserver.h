@@ -1,27 +1,17 @@
 #pragma once
 
-#include "Util/IObserver.h"
-
-class QWidget;
-
-namespace Core {
-class Workspace;
-}
+#include "UI/Observers/OptionsObserver.h"
 
 namespace Ui::Observers {
 
 /// Asks for the values of an isotropic deposition in a modal dialog and runs it. A rejected dialog
-/// leaves the operation current. Owns neither the workspace nor the dialog's parent.
-class IsotropicFilmDepositionObserver final : public Util::IObserver
+/// leaves the operation current.
+class IsotropicFilmDepositionObserver final : public OptionsObserver
 {
 public:
-    IsotropicFilmDepositionObserver(Core::Workspace *workspace, QWidget *dialogParent);
+    using OptionsObserver::OptionsObserver;
 
     void update() override;
-
-private:
-    Core::Workspace *m_workspace;
-    QWidget *m_dialogParent;
 };
 
 } // namespace Ui::Observers

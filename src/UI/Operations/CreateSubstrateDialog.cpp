@@ -1,5 +1,6 @@
 #include "UI/Operations/CreateSubstrateDialog.h"
 
+#include "UI/Operations/CellField.h"
 #include "UI/Operations/MaterialChooser.h"
 #include "ui_CreateSubstrateDialogForm.h"
 
@@ -11,11 +12,6 @@
 namespace Ui::Operations {
 
 namespace {
-
-std::uint32_t cells(const QSpinBox &box)
-{
-    return static_cast<std::uint32_t>(box.value());
-}
 
 /// Limits a displacement so that a body of `size` cells fits into `total` cells. A spin box whose
 /// maximum falls below its minimum would take the minimum along, and a body larger than the volume
@@ -75,17 +71,17 @@ std::uint32_t CreateSubstrateDialog::material() const
 
 std::uint32_t CreateSubstrateDialog::totalX() const
 {
-    return cells(*m_form->sbxTotalWidth);
+    return cellsOf(*m_form->sbxTotalWidth);
 }
 
 std::uint32_t CreateSubstrateDialog::totalY() const
 {
-    return cells(*m_form->sbxTotalLength);
+    return cellsOf(*m_form->sbxTotalLength);
 }
 
 std::uint32_t CreateSubstrateDialog::totalZ() const
 {
-    return cells(*m_form->sbxTotalHeight);
+    return cellsOf(*m_form->sbxTotalHeight);
 }
 
 Util::Vector3D CreateSubstrateDialog::position() const
@@ -96,36 +92,36 @@ Util::Vector3D CreateSubstrateDialog::position() const
 
 std::uint32_t CreateSubstrateDialog::sizeX() const
 {
-    return cells(*m_form->sbxSubsWidth);
+    return cellsOf(*m_form->sbxSubsWidth);
 }
 
 std::uint32_t CreateSubstrateDialog::sizeY() const
 {
-    return cells(*m_form->sbxSubsLength);
+    return cellsOf(*m_form->sbxSubsLength);
 }
 
 std::uint32_t CreateSubstrateDialog::sizeZ() const
 {
-    return cells(*m_form->sbxSubsHeight);
+    return cellsOf(*m_form->sbxSubsHeight);
 }
 
 void CreateSubstrateDialog::displacement(std::uint32_t &x, std::uint32_t &y, std::uint32_t &z) const
 {
-    x = cells(*m_form->sbxSubsX);
-    y = cells(*m_form->sbxSubsY);
-    z = cells(*m_form->sbxSubsZ);
+    x = cellsOf(*m_form->sbxSubsX);
+    y = cellsOf(*m_form->sbxSubsY);
+    z = cellsOf(*m_form->sbxSubsZ);
 }
 
 std::uint32_t CreateSubstrateDialog::radius() const
 {
-    return cells(*m_form->sbxSubsRadius);
+    return cellsOf(*m_form->sbxSubsRadius);
 }
 
 void CreateSubstrateDialog::center(std::uint32_t &x, std::uint32_t &y, std::uint32_t &z) const
 {
-    x = cells(*m_form->sbxSubsCenterX);
-    y = cells(*m_form->sbxSubsCenterY);
-    z = cells(*m_form->sbxSubsCenterZ);
+    x = cellsOf(*m_form->sbxSubsCenterX);
+    y = cellsOf(*m_form->sbxSubsCenterY);
+    z = cellsOf(*m_form->sbxSubsCenterZ);
 }
 
 void CreateSubstrateDialog::updateLimitX(int total)
