@@ -17,13 +17,22 @@ ProcessSequence::ProcessSequence(Workspace *workspace, Operation *operation,
       m_messages(messages)
 {}
 
-bool ProcessSequence::takeSelectedVolume()
+boost::shared_ptr<TotalVolume> ProcessSequence::findVolume(Candidates candidates) const
 {
-    for (const auto &object : m_workspace->pointer().selectedObjects()) {
-        m_volume = boost::dynamic_pointer_cast<TotalVolume>(object);
-        if (m_volume)
-            break;
+    for (const auto &object : m_workspace->pointer().selectedObjects())
+        if (const auto volume = boost::dynamic_pointer_cast<TotalVolume>(object))
+            return volume;
+    if (candidates == Candidates::SelectionOrOnlyObject) {
+        const auto objects = m_workspace->document().objects();
+        if (objects.size() == 1)
+            return boost::dynamic_pointer_cast<TotalVolume>(objects.front());
     }
+    return {};
+}
+
+bool ProcessSequence::takeSelectedVolume(Candidates candidates)
+{
+    m_volume = findVolume(candidates);
     if (!m_volume)
         return false;
     m_workspace->selection().clear();
@@ -33,9 +42,9 @@ bool ProcessSequence::takeSelectedVolume()
     return true;
 }
 
-bool ProcessSequence::selectVolume()
+bool ProcessSequence::selectVolume(Candidates candidates)
 {
-    if (takeSelectedVolume())
+    if (takeSelectedVolume(candidates))
         return true;
     write(": Select a cell volume and press Enter/Return.");
     m_workspace->interpreter().awaitEnter(m_operation);
@@ -43,9 +52,10 @@ bool ProcessSequence::selectVolume()
     return false;
 }
 
-void ProcessSequence::selectThenAsk(const boost::shared_ptr<Util::IObserver> &observer)
+void ProcessSequence::selectThenAsk(const boost::shared_ptr<Util::IObserver> &observer,
+                                    Candidates candidates)
 {
-    if (m_volume || !selectVolume())
+    if (m_volume || !selectVolume(candidates))
         return;
     // A copy: the dialog may end the operation that holds the observer.
     const boost::shared_ptr<Util::IObserver> held = observer;

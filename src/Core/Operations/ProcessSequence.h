@@ -32,6 +32,14 @@ struct ProcessMessages
 class ProcessSequence final
 {
 public:
+    /// Where a target may come from.
+    enum class Candidates
+    {
+        Selection,
+        /// With no volume selected also the document's one object, if it is a volume.
+        SelectionOrOnlyObject
+    };
+
     /// Neither is owned; `operation` owns the sequence, and its name is the prefix of the messages.
     ProcessSequence(Workspace *workspace, Operation *operation,
                     const ProcessMessages &messages = {});
@@ -40,13 +48,14 @@ public:
 
     /// Takes the first cell volume of the selection as target, in the order of the clicks, and says
     /// so; whether there was one.
-    bool takeSelectedVolume();
+    bool takeSelectedVolume(Candidates candidates = Candidates::Selection);
     /// The same; if there is none, asks for one on the console and waits for Enter, which calls the
     /// operation's next().
-    bool selectVolume();
+    bool selectVolume(Candidates candidates = Candidates::Selection);
     /// The same until there is a target, then updates the observer, if there is one. Does nothing
     /// with a target. The operation may be destroyed within this call.
-    void selectThenAsk(const boost::shared_ptr<Util::IObserver> &observer);
+    void selectThenAsk(const boost::shared_ptr<Util::IObserver> &observer,
+                       Candidates candidates = Candidates::Selection);
     /// The target; empty until there is one.
     const boost::shared_ptr<Model::Automaton::TotalVolume> &volume() const { return m_volume; }
 
@@ -58,6 +67,7 @@ public:
     void finish(bool latticeStale);
 
 private:
+    boost::shared_ptr<Model::Automaton::TotalVolume> findVolume(Candidates candidates) const;
     void write(const std::string &suffix);
 
     Workspace *m_workspace;

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Model/Automaton/Voxel.h"
+#include "Core/Operations/CellularProcess/ColumnFront.h"
 
 #include <cstdint>
-#include <vector>
 
 namespace Model::Automaton {
 class TotalVolume;
@@ -29,29 +28,17 @@ public:
     void runEtching();
 
 private:
-    /// Cell indices, ascending, without duplicates.
-    using CellList = std::vector<std::int32_t>;
-
     void runPhase(void (SimpleReactiveIonEtching::*function)(std::uint32_t));
     void runPartialInitialization(std::uint32_t strip);
     void runPartialEtchingStep(std::uint32_t strip);
     /// The range of x of a strip.
     std::uint32_t start(std::uint32_t strip) const;
     std::uint32_t end(std::uint32_t strip) const;
-    bool isFilm(std::int32_t cell) const;
 
-    Model::Automaton::TotalVolume *m_volume;
-    std::uint32_t m_material;
     std::uint32_t m_steps;
     std::uint8_t m_etchDirections;
-    std::uint32_t m_sizeX;
-    std::uint32_t m_sizeY;
-    std::uint32_t m_sizeZ;
-    Model::Automaton::Voxel *m_voxels = nullptr;
-    Model::Automaton::Voxel *m_nextVoxels = nullptr;
     std::uint32_t m_threads;
-    /// One list a strip.
-    std::vector<CellList> m_surfaceCells;
+    ColumnFront m_front;
 };
 
 } // namespace Core::Operations
