@@ -98,7 +98,7 @@ void AnisotropicFilmDeposition::runPartialInitialization(std::int32_t start, std
     // starts.
     cells.listFirstCells(
         Neighborhood::Face, start, end, strip,
-        [&](std::uint32_t x, std::vector<FrontWord> &starting) {
+        [&](std::uint32_t x, CellFront::Plane &starting, CellFront::Plane &open) {
             for (std::uint32_t y = 0; y < m_sizeY; ++y) {
                 Voxel *column = m_voxels + m_front.indexOf(x, y, 0);
                 const bool isOwn = x >= firstX && x < endX;
@@ -114,6 +114,7 @@ void AnisotropicFilmDeposition::runPartialInitialization(std::int32_t start, std
                     if (!isOwn)
                         continue;
                     cells.setPassable(x, y, word, isVoid);
+                    open[std::size_t{y} * words + word] = isVoid;
                     m_front.carriers().set(x, y, word, sourcesOf(column, word));
                 }
             }

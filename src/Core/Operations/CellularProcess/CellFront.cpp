@@ -26,9 +26,13 @@ void CellFront::openStrip(std::int32_t start, std::int32_t end, std::uint32_t st
     const auto endX = static_cast<std::uint32_t>(end);
     m_surfaceCells[strip] = FrontList(firstX, endX - firstX, m_sizeY, m_sizeZ);
     m_nextCells[strip] = FrontList(firstX, endX - firstX, m_sizeY, m_sizeZ);
-    // The neighbours of a strip's cells lie at most one layer beyond it.
-    m_cellsForPreviousStrip[strip] = FrontList(firstX - 1, firstX > 0 ? 1 : 0, m_sizeY, m_sizeZ);
-    m_cellsForNextStrip[strip] = FrontList(endX, endX < m_sizeX ? 1 : 0, m_sizeY, m_sizeZ);
+    // The neighbours of a strip's cells lie one layer beyond it, or two, when a process begins in the
+    // layer beyond it.
+    constexpr std::uint32_t Beyond = 2;
+    const std::uint32_t before = std::min(firstX, Beyond);
+    const std::uint32_t behind = std::min(m_sizeX - endX, Beyond);
+    m_cellsForPreviousStrip[strip] = FrontList(firstX - before, before, m_sizeY, m_sizeZ);
+    m_cellsForNextStrip[strip] = FrontList(endX, behind, m_sizeY, m_sizeZ);
 }
 
 void CellFront::setPassable(std::uint32_t x, const PlaneCell &cell, bool isPassable)
@@ -90,6 +94,12 @@ FrontWord CellFront::verticalNeighbors(const FrontWord *column, std::uint32_t wo
     return neighbors;
 }
 
+void CellFront::enqueue(std::uint32_t x, const PlaneCell &cell, std::uint32_t strip)
+{
+    listFor(x, strip).add(x, cell.y, cell.z / FrontWordBits,
+                          FrontWord{1} << cell.z % FrontWordBits);
+}
+
 void CellFront::takeFromNeighbors(std::uint32_t strip)
 {
     if (strip > 0) {
@@ -109,17 +119,17 @@ void CellFront::replaceSurfaceCells(std::uint32_t strip)
 }
 
 void CellFront::listPlane(Neighborhood neighborhood, std::uint32_t x, std::uint32_t strip,
-                          const std::vector<FrontWord> &below, const std::vector<FrontWord> &plane,
-                          const std::vector<FrontWord> &above)
+                          const Plane &openCells, const Plane &below, const Plane &plane,
+                          const Plane &above)
 {
     const bool moore = neighborhood == Neighborhood::Moore;
     FrontList &list = m_surfaceCells[strip];
     for (std::uint32_t y = 0; y < m_sizeY; ++y) {
         for (std::uint32_t word = 0; word < m_words; ++word) {
-            const FrontWord open = passable(x, y, word);
+            const std::size_t column = std::size_t{y} * m_words;
+            const FrontWord open = openCells[column + word];
             if (open == 0)
                 continue;
-            const std::size_t column = std::size_t{y} * m_words;
             FrontWord touched = verticalNeighbors(&plane[column], word);
             for (const auto *across : {&below, &above}) {
                 touched |= (*across)[column + word];

@@ -43,11 +43,12 @@ public:
 
     /// Makes the empty lists of a strip. Called once a strip, by its first phase.
     void openStrip(std::int32_t start, std::int32_t end, std::uint32_t strip);
-    /// Lists the first cells of a strip: the passable ones that have a neighbour among the starting
-    /// cells, not counting themselves. readPlane(x, starting) is called once for each plane that
-    /// touches the strip, in ascending order: it sets the bits of the starting cells of plane x, a
-    /// bit a cell, wordsInColumn() words a column, all clear before; for a plane of the strip itself
-    /// it also sets the passable cells.
+    /// A bit a cell of a plane of constant x, wordsInColumn() words a column.
+    using Plane = std::vector<FrontWord>;
+    /// Lists the first cells of a strip: the open ones that have a neighbour among the starting
+    /// cells, not counting themselves. readPlane(x, starting, open) is called once for each plane
+    /// that touches the strip, in ascending order, and sets the bits of plane x, all clear before;
+    /// those of the open cells play no part outside the strip.
     template <typename ReadPlane>
     void listFirstCells(Neighborhood neighborhood, std::int32_t start, std::int32_t end,
                         std::uint32_t strip, ReadPlane &&readPlane);
@@ -83,6 +84,8 @@ public:
     void enqueueNeighbors(Neighborhood neighborhood, std::uint32_t x,
                           const std::vector<FrontWord> &cells, std::uint32_t firstY,
                           std::uint32_t lastY, std::uint32_t strip);
+    /// The same for a single cell in the strip's own planes or beside them.
+    void enqueue(std::uint32_t x, const PlaneCell &cell, std::uint32_t strip);
     /// Moves what the neighbours have found in this strip into its next list.
     void takeFromNeighbors(std::uint32_t strip);
     /// The next list takes the place of the one that was visited.
@@ -93,8 +96,7 @@ private:
     FrontWord verticalNeighbors(const FrontWord *column, std::uint32_t word) const;
     FrontList &listFor(std::uint32_t x, std::uint32_t strip);
     void listPlane(Neighborhood neighborhood, std::uint32_t x, std::uint32_t strip,
-                   const std::vector<FrontWord> &below, const std::vector<FrontWord> &plane,
-                   const std::vector<FrontWord> &above);
+                   const Plane &open, const Plane &below, const Plane &plane, const Plane &above);
 
     std::uint32_t m_sizeX;
     std::uint32_t m_sizeY;
@@ -117,17 +119,25 @@ void CellFront::listFirstCells(Neighborhood neighborhood, std::int32_t start, st
     if (firstX >= endX)
         return;
     // Three planes roll through the strip, so that each cell is read once.
-    std::vector<FrontWord> below(std::size_t{m_sizeY} * m_words, 0);
-    std::vector<FrontWord> plane(below);
-    std::vector<FrontWord> above(below);
+    struct Rolling
+    {
+        Plane starting;
+        Plane open;
+    };
+    const Plane clear(std::size_t{m_sizeY} * m_words, 0);
+    Rolling below{clear, clear};
+    Rolling plane(below);
+    Rolling above(below);
     if (firstX > 0)
-        readPlane(firstX - 1, below);
-    readPlane(firstX, plane);
+        readPlane(firstX - 1, below.starting, below.open);
+    readPlane(firstX, plane.starting, plane.open);
     for (std::uint32_t x = firstX; x < endX; ++x) {
-        std::fill(above.begin(), above.end(), 0);
+        above.starting = clear;
+        above.open = clear;
         if (x + 1 < m_sizeX)
-            readPlane(x + 1, above);
-        listPlane(neighborhood, x, strip, below, plane, above);
+            readPlane(x + 1, above.starting, above.open);
+        listPlane(neighborhood, x, strip, plane.open, below.starting, plane.starting,
+                  above.starting);
         std::swap(below, plane);
         std::swap(plane, above);
     }

@@ -116,8 +116,7 @@ void ColumnFront::stepStrip(std::uint32_t strip, Rises &&rises, Sinks &&sinks)
     for (const std::int32_t c : cells)
         m_voxels[c].setMaterial(m_nextVoxels[c].material());
     cells.clear();
-    std::set_union(risen.begin(), risen.end(), sunk.begin(), sunk.end(),
-                   std::back_inserter(cells));
+    std::set_union(risen.begin(), risen.end(), sunk.begin(), sunk.end(), std::back_inserter(cells));
 }
 
 } // namespace Core::Operations

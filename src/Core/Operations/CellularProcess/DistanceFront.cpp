@@ -33,15 +33,28 @@ DistanceFront::DistanceFront(Model::Automaton::TotalVolume *volume, const Metric
       m_scratch(m_strips.threads())
 {}
 
-std::uint64_t DistanceFront::stepCount(float distance) const
+namespace {
+
+std::uint64_t stepsFor(double cells)
 {
-    const float cells = std::ceil(distance / m_metric.smallestStep);
-    const double steps = std::trunc(static_cast<double>(cells) * stepFactor);
+    const double steps = std::trunc(cells * stepFactor);
     // Also false for what is not a number.
     if (!(steps >= 1.0))
         return 0;
     constexpr double Most = 9.0e18;
     return static_cast<std::uint64_t>(std::min(steps, Most));
+}
+
+} // namespace
+
+std::uint64_t DistanceFront::stepCount(float distance) const
+{
+    return stepsFor(static_cast<double>(std::ceil(distance / m_metric.smallestStep)));
+}
+
+std::uint64_t DistanceFront::stepCount(double distance) const
+{
+    return stepsFor(std::ceil(distance / static_cast<double>(m_metric.smallestStep)));
 }
 
 DistanceFront::TakenVoxels::TakenVoxels(DistanceFront &front) : m_volume(front.m_volume)

@@ -79,6 +79,8 @@ public:
     /// 32-bit float, times stepFactor, truncated, and at most 9e18. A distance that is negative or
     /// not a number gives no step.
     std::uint64_t stepCount(float distance) const;
+    /// The same in 64-bit float.
+    std::uint64_t stepCount(double distance) const;
 
     /// Holds both arrays with their locks, `voxels` first, for the controlling thread of a run, and
     /// gives them back in that order on every path out of it.
@@ -132,6 +134,9 @@ public:
     /// In place of TakenVoxels, for an engine that has taken `voxels` alone and stages what it takes
     /// elsewhere.
     void setVoxels(Voxel *voxels) { m_voxels = voxels; }
+    /// Between TakenVoxels and its end.
+    Voxel *voxels() const { return m_voxels; }
+    Voxel *nextVoxels() const { return m_nextVoxels; }
     std::size_t indexOf(std::uint32_t x, std::uint32_t y, std::uint32_t z) const
     {
         return (std::size_t{x} * m_sizeY + y) * m_sizeZ + z;
@@ -147,7 +152,7 @@ private:
     };
 
     template <typename Rules>
-    void initializePlane(const Rules &rules, std::uint32_t x, Words &starting);
+    void initializePlane(const Rules &rules, std::uint32_t x, Words &starting, Words &open);
     template <typename Rules>
     void readPlane(const Rules &rules, std::uint32_t x, Words &starting) const;
     /// Looks for a shorter vector than the cell's own; whether there is one within the limit.

@@ -17,16 +17,17 @@ void DistanceFront::initializeStrip(const Rules &rules, std::int32_t start, std:
     const auto firstX = static_cast<std::uint32_t>(start);
     const auto endX = static_cast<std::uint32_t>(end);
     m_front.listFirstCells(Neighborhood::Moore, start, end, strip,
-                           [&](std::uint32_t x, Words &starting) {
+                           [&](std::uint32_t x, Words &starting, Words &open) {
                                if (x >= firstX && x < endX)
-                                   initializePlane(rules, x, starting);
+                                   initializePlane(rules, x, starting, open);
                                else
                                    readPlane(rules, x, starting);
                            });
 }
 
 template <typename Rules>
-void DistanceFront::initializePlane(const Rules &rules, std::uint32_t x, Words &starting)
+void DistanceFront::initializePlane(const Rules &rules, std::uint32_t x, Words &starting,
+                                    Words &openCells)
 {
     const float far = rules.far();
     const Voxel::Front source{true, 0.0f, 0.0f, 0.0f};
@@ -59,6 +60,7 @@ void DistanceFront::initializePlane(const Rules &rules, std::uint32_t x, Words &
                                startsFront |= wordRange(first, end);
                        });
             m_front.setPassable(x, y, word, passable);
+            openCells[std::size_t{y} * words + word] = passable;
             m_carriers.set(x, y, word, sources);
             starting[std::size_t{y} * words + word] = startsFront;
         }

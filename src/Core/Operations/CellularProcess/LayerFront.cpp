@@ -40,7 +40,7 @@ void LayerFront::initializeStrip(const Rules &rules, std::int32_t start, std::in
     const auto firstX = static_cast<std::uint32_t>(start);
     const auto endX = static_cast<std::uint32_t>(end);
     m_front.listFirstCells(Neighborhood::Moore, start, end, strip,
-                           [&](std::uint32_t x, Words &starting) {
+                           [&](std::uint32_t x, Words &starting, Words &open) {
                                for (std::uint32_t y = 0; y < m_sizeY; ++y)
                                    for (std::uint32_t word = 0; word < words; ++word) {
                                        FrontWord passable = 0;
@@ -55,6 +55,7 @@ void LayerFront::initializeStrip(const Rules &rules, std::int32_t start, std::in
                                                   });
                                        if (x >= firstX && x < endX)
                                            m_front.setPassable(x, y, word, passable);
+                                       open[std::size_t{y} * words + word] = passable;
                                    }
                            });
 }

@@ -3,6 +3,7 @@
 #include "Core/Operations/CellularProcess/CompatibleMaterials.h"
 #include "Core/Operations/CellularProcess/DistanceFront.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace Model::Automaton {
@@ -33,7 +34,9 @@ private:
     void runPartialDopingStep(std::uint32_t start, std::uint32_t end, std::uint32_t strip);
     /// Writes the cells of a column but its lowest, and lists the neighbours of what is implanted.
     void implantColumn(std::uint32_t x, std::uint32_t y, std::uint32_t strip);
-    void enqueueNeighbors(std::uint32_t x, std::uint32_t y, std::uint32_t z, std::uint32_t strip);
+    void enqueueNeighbors(std::size_t c, std::uint32_t strip);
+    /// The cells of a word of a column that a distance may come from.
+    FrontWord carriersOf(const Voxel *column, std::uint32_t word) const;
 
     std::uint32_t m_material;
     float m_implantationDepth;

@@ -36,6 +36,9 @@ private:
 
     void runPartialInitialization(std::int32_t start, std::int32_t end, std::uint32_t strip);
     void runPartialOxidationStep(std::int32_t start, std::int32_t end, std::uint32_t strip);
+    /// Writes `reached` and the distances of the cells of a word of a column.
+    void initializeCells(std::uint32_t x, std::uint32_t y, std::uint32_t word, FrontWord sources,
+                         FrontWord open);
     void convertToOxide(std::int32_t start, std::int32_t end, std::uint32_t strip);
 
     Model::Automaton::TotalVolume *m_volume;
