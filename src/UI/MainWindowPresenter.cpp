@@ -19,7 +19,8 @@ MainWindowPresenter::MainWindowPresenter(MainWindow *mainWindow)
 {
     placeConsole();
     m_console.show();
-    // Volumes may come and go in what a line sets off, also in one that Return sends in the console.
+    // Volumes may come and go in what a line sets off, also in one that Return sends in the
+    // console.
     connect(&m_console, &Console::CommandConsole::entering, this,
             [this] { m_mainWindow->makeViewCurrent(); });
 

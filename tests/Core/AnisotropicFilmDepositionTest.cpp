@@ -181,6 +181,26 @@ TEST(AnisotropicFilmDepositionTest, TrenchAtThreeTimesTheRateGrowsFurtherAsideTh
     expectRule(trench(10.0f, 3.0f));
 }
 
+TEST(AnisotropicFilmDepositionTest, RatioOfZeroGrowsUpwardAlone)
+{
+    // Steps aside are infinitely long then, as they are with a ratio that is almost 0.
+    for (const float ratio : {0.0f, 1e-39f}) {
+        const auto volume = Support::makeVolume({5, 5, 8}, [](auto x, auto y, auto z) {
+            return z == 0 || (z == 1 && x == 2 && y == 2) ? 1u : 0u;
+        });
+        Core::Operations::AnisotropicFilmDeposition(volume.get(), 7, 3.0f, ratio, 1)
+            .runDeposition();
+        EXPECT_EQ(Support::materialsOf(*volume),
+                  Support::materialsBy({5, 5, 8},
+                                       [](auto x, auto y, auto z) -> std::uint32_t {
+                                           const bool bump = x == 2 && y == 2;
+                                           const auto floor = bump ? 2u : 1u;
+                                           return z < floor ? 1u : z < floor + 3 ? 7u : 0u;
+                                       }))
+            << ratio;
+    }
+}
+
 TEST(AnisotropicFilmDepositionTest, SmallestRatioGrowsNothingAsideBelowAHundredUnits)
 {
     expectTrenchFilm(10.0f, 0.01f);

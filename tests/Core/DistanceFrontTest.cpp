@@ -48,7 +48,8 @@ TEST(DistanceFrontTest, ADistanceThatIsZeroNegativeOrNotANumberTakesNoStep)
 
 TEST(DistanceFrontTest, AStepCountBeyondThirtyTwoBitsIsNotCut)
 {
-    // The dialogs' largest distance on flat cells; the smallest edge is 0.25, which divides exactly.
+    // The dialogs' largest distance on flat cells; the smallest edge is 0.25, which divides
+    // exactly.
     EXPECT_EQ(stepCount(1e9f, 0.25f), 6828427124u);
 }
 
@@ -66,7 +67,7 @@ TEST(DistanceFrontTest, BothLocksAreGivenBackAtTheEndOfARun)
         Grid{2, 2, 2}, [](std::uint32_t, std::uint32_t, std::uint32_t) { return 0u; });
     DistanceFront front(volume.get());
     {
-        const DistanceFront::TakenVoxels taken(front);
+        const Core::Operations::TakenVoxels taken = front.takeVoxels();
     }
     EXPECT_NE(volume->voxels(), nullptr);
     volume->releaseVoxels();

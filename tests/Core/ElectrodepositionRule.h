@@ -26,8 +26,8 @@ using DistanceFrontRule::squaredLength;
 using DistanceFrontRule::Strip;
 using DistanceFrontRule::Vector;
 
-/// What a step adds to a vector: plating counts the way along each axis, so that a way back makes it
-/// longer. The other kind is here to show where that can be seen.
+/// What a step adds to a vector: plating counts the way along each axis, so that a way back makes
+/// it longer. The other kind is here to show where that can be seen.
 enum class Steps
 {
     Unsigned,

@@ -286,8 +286,8 @@ TEST(ElectrodepositionTest, AbsentConductingMaterialDepositsNothing)
 
 TEST(ElectrodepositionTest, FirstStepVisitsEveryVoidCellWithANeighborThatDoesNotConduct)
 {
-    // A step leaves the atoms of the working buffer in what it visits. The thickness of one half has
-    // one step, and no cell takes a candidate in it.
+    // A step leaves the atoms of the working buffer in what it visits. The thickness of one half
+    // has one step, and no cell takes a candidate in it.
     for (const std::uint32_t conducting : {1U, conductor, 9U}) {
         const Grid grid = {7, 6, 8};
         const Case given = {grid, randomMaterials(grid, 13, 70), {film, conducting, 0.5f}};

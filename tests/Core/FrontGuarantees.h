@@ -22,22 +22,22 @@ struct FilmFront
     std::uint32_t film;
     float thickness;
     std::uint32_t steps;
-    /// What a step adds to the vector of the face neighbor of that row. For sums of them to be exact
-    /// they have to be powers of two.
+    /// What a step adds to the vector of the face neighbor of that row. For sums of them to be
+    /// exact they have to be powers of two.
     std::vector<Vector> stepVectors;
     std::vector<Strip> strips;
-    /// The cells of `voxels` when the run begins, those that the first step visits, and the result of
-    /// one strip.
+    /// The cells of `voxels` when the run begins, those that the first step visits, and the result
+    /// of one strip.
     Cells initialized;
     std::vector<int> firstCells;
     Cells oneStrip;
 };
 
-/// What holds of a film for every order in which threads may run the strips. A cell at the border of
-/// a strip may be listed late or never, and may be read before or after its strip has written it, so
-/// that the cells around it can come out otherwise than with one strip, in either direction. But:
-/// - Only empty cells change, and to the film.
-/// - The vector of a cell is that of a face neighbor and a step, for that neighbor's vector at some
+/// What holds of a film for every order in which threads may run the strips. A cell at the border
+/// of a strip may be listed late or never, and may be read before or after its strip has written
+/// it, so that the cells around it can come out otherwise than with one strip, in either direction.
+/// But: - Only empty cells change, and to the film. - The vector of a cell is that of a face
+/// neighbor and a step, for that neighbor's vector at some
 ///   moment. So it is the sum along a way from a source through empty cells, none of whose parts is
 ///   longer than the thickness.
 /// - What the first step visits, with a source at a face, changes then.

@@ -3,8 +3,8 @@
 #include "LayerFrontRule.h"
 #include "LayerFrontSample.h"
 
-#include "Core/Operations/MooreNeighborhoodDeposition/MooreNeighborhoodDeposition.h"
-#include "Core/Operations/MooreNeighborhoodEtching/MooreNeighborhoodEtching.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodDeposition.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodEtching.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "Core/Operations/MooreNeighborhoodDeposition/MooreNeighborhoodDepositionOperation.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodDepositionOperation.h"
 
 #include "UndoableProcessSuite.h"
 
-#include "Core/Operations/MooreNeighborhoodEtching/MooreNeighborhoodEtchingOperation.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodEtchingOperation.h"
 #include "Support/Volumes.h"
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "Core/Operations/MooreNeighborhoodDeposition/MooreNeighborhoodDeposition.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodDeposition.h"
 
 #include "LayerFrontRule.h"
 #include "LayerFrontRuns.h"
@@ -328,16 +328,16 @@ TEST(MooreNeighborhoodDepositionTest, LogTellsStepsThreadsLayersAndMaterial)
         given.process.material = material;
         return sampleAfter(given, threads).logLines();
     };
-    EXPECT_EQ(linesOf(12, 5, 7, 1), (Lines{"Steps to run  5", "Threads  1", "Strips per thread  12",
-                                           "Deposited material id  7"}));
-    EXPECT_EQ(linesOf(14, 2, 1, 4), (Lines{"Steps to run  2", "Threads  4", "Strips per thread  3",
-                                           "Deposited material id  1"}));
+    EXPECT_EQ(linesOf(12, 5, 7, 1), (Lines{"Steps to run 5", "Threads 1", "Strips per thread 12",
+                                           "Deposited material id 7"}));
+    EXPECT_EQ(linesOf(14, 2, 1, 4), (Lines{"Steps to run 2", "Threads 4", "Strips per thread 3",
+                                           "Deposited material id 1"}));
     // One strip, but as many threads as there are.
     EXPECT_EQ(linesOf(7, 0, 4000000000U, 4),
-              (Lines{"Steps to run  0", "Threads  4", "Strips per thread  1",
-                     "Deposited material id  4000000000"}));
-    EXPECT_EQ(linesOf(3, 12, 0, 8), (Lines{"Steps to run  12", "Threads  8", "Strips per thread  0",
-                                           "Deposited material id  0"}));
+              (Lines{"Steps to run 0", "Threads 4", "Strips per thread 1",
+                     "Deposited material id 4000000000"}));
+    EXPECT_EQ(linesOf(3, 12, 0, 8), (Lines{"Steps to run 12", "Threads 8", "Strips per thread 0",
+                                           "Deposited material id 0"}));
 }
 
 TEST(MooreNeighborhoodDepositionTest, FewerThanTwoLayersAThreadAreOneStrip)
@@ -422,8 +422,8 @@ TEST(MooreNeighborhoodDepositionTest, ThreadsAreCountedAtConstruction)
         sample.run(4, engineOf(given.process), [&] { pool.emplace(); });
         EXPECT_TRUE(agree(given.grid, sample.voxels(), four.voxels()));
         ASSERT_EQ(sample.logLines().size(), 4U);
-        EXPECT_EQ(sample.logLines()[1], "Threads  4");
-        EXPECT_EQ(sample.logLines()[2], "Strips per thread  3");
+        EXPECT_EQ(sample.logLines()[1], "Threads 4");
+        EXPECT_EQ(sample.logLines()[2], "Strips per thread 3");
     }
     {
         Sample sample(given.grid, given.materials);

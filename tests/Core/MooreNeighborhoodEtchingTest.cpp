@@ -1,4 +1,4 @@
-#include "Core/Operations/MooreNeighborhoodEtching/MooreNeighborhoodEtching.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodEtching.h"
 
 #include "LayerFrontRule.h"
 #include "LayerFrontRuns.h"

@@ -75,7 +75,7 @@ public:
         for (std::uint32_t i = 0; i < m_process.steps; ++i) {
             for (std::size_t strip = 0; strip < m_surface.size(); ++strip) {
                 step(m_surface[strip]);
-                m_log.push_back("Surface list size for thread  " + std::to_string(strip) + " :  " +
+                m_log.push_back("Surface list size for thread " + std::to_string(strip) + ": " +
                                 std::to_string(m_surface[strip].size()));
             }
         }

@@ -1,4 +1,4 @@
-#include "Core/Operations/SimpleReactiveIonEtching/SimpleReactiveIonEtchingOperation.h"
+#include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtchingOperation.h"
 
 #include "PlainProcessSuite.h"
 

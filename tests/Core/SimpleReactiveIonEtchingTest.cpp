@@ -1,4 +1,4 @@
-#include "Core/Operations/SimpleReactiveIonEtching/SimpleReactiveIonEtching.h"
+#include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtching.h"
 
 #include "LayerFrontRule.h"
 #include "LayerFrontSample.h"
@@ -311,8 +311,8 @@ TEST(SimpleReactiveIonEtchingTest, FewerLayersThanThreadsAreOneStrip)
         Sample sample(given.grid, given.materials);
         sample.run(threads, engineOf(given.process));
         EXPECT_EQ(sample.logLines(),
-                  (std::vector<std::string>{"Surface list size for thread  0 :  12",
-                                            "Surface list size for thread  0 :  12"}));
+                  (std::vector<std::string>{"Surface list size for thread 0: 12",
+                                            "Surface list size for thread 0: 12"}));
     }
     expectRule(given, {4, 8, 100});
     // Just enough of them: a layer a strip.
@@ -332,14 +332,13 @@ TEST(SimpleReactiveIonEtchingTest, LastStripTakesTheRemainder)
         return sortedByStep(sample.logLines(), std::size_t(threads));
     };
     using Lines = std::vector<std::string>;
-    EXPECT_EQ(linesOf(1), (Lines{"Surface list size for thread  0 :  11"}));
+    EXPECT_EQ(linesOf(1), (Lines{"Surface list size for thread 0: 11"}));
     EXPECT_EQ(linesOf(3),
-              (Lines{"Surface list size for thread  0 :  3", "Surface list size for thread  1 :  3",
-                     "Surface list size for thread  2 :  5"}));
-    EXPECT_EQ(
-        linesOf(4),
-        (Lines{"Surface list size for thread  0 :  2", "Surface list size for thread  1 :  2",
-               "Surface list size for thread  2 :  2", "Surface list size for thread  3 :  5"}));
+              (Lines{"Surface list size for thread 0: 3", "Surface list size for thread 1: 3",
+                     "Surface list size for thread 2: 5"}));
+    EXPECT_EQ(linesOf(4),
+              (Lines{"Surface list size for thread 0: 2", "Surface list size for thread 1: 2",
+                     "Surface list size for thread 2: 2", "Surface list size for thread 3: 5"}));
     expectRule(given, {1, 2, 3, 4, 5, 6, 10, 11});
 }
 
@@ -354,18 +353,16 @@ TEST(SimpleReactiveIonEtchingTest, LogTellsTheLengthOfEveryListAfterEveryStep)
     using Lines = std::vector<std::string>;
     Sample sample(given.grid, given.materials);
     sample.run(1, engineOf(given.process));
-    EXPECT_EQ(
-        sample.logLines(),
-        (Lines{"Surface list size for thread  0 :  2", "Surface list size for thread  0 :  2",
-               "Surface list size for thread  0 :  0", "Surface list size for thread  0 :  0"}));
+    EXPECT_EQ(sample.logLines(),
+              (Lines{"Surface list size for thread 0: 2", "Surface list size for thread 0: 2",
+                     "Surface list size for thread 0: 0", "Surface list size for thread 0: 0"}));
     sample = Sample(given.grid, given.materials);
     sample.run(2, engineOf(given.process));
-    EXPECT_EQ(
-        sortedByStep(sample.logLines(), 2),
-        (Lines{"Surface list size for thread  0 :  2", "Surface list size for thread  1 :  0",
-               "Surface list size for thread  0 :  2", "Surface list size for thread  1 :  0",
-               "Surface list size for thread  0 :  0", "Surface list size for thread  1 :  0",
-               "Surface list size for thread  0 :  0", "Surface list size for thread  1 :  0"}));
+    EXPECT_EQ(sortedByStep(sample.logLines(), 2),
+              (Lines{"Surface list size for thread 0: 2", "Surface list size for thread 1: 0",
+                     "Surface list size for thread 0: 2", "Surface list size for thread 1: 0",
+                     "Surface list size for thread 0: 0", "Surface list size for thread 1: 0",
+                     "Surface list size for thread 0: 0", "Surface list size for thread 1: 0"}));
 }
 
 TEST(SimpleReactiveIonEtchingTest, NoStepsWriteNothingToTheLog)

@@ -1,5 +1,6 @@
 #include "Core/Operations/CellularProcess/StripRun.h"
 
+#include "Model/Automaton/TotalVolume.h"
 #include "Support/Volumes.h"
 
 #include <QThread>
@@ -76,6 +77,25 @@ TEST(StripRunTest, OneThreadAndTwoLayersAreOneStripThatIsNotTheSingleOne)
     EXPECT_FALSE(strips.isSingle());
     EXPECT_EQ(strips.strips(), 1u);
     EXPECT_EQ(callsOf(strips).size(), 1u);
+}
+
+TEST(StripRunTest, AVolumeWithoutCellsHasNoLayersWhateverItsSizes)
+{
+    for (const Support::Grid &grid :
+         {Support::Grid{4000000000, 0, 9}, Support::Grid{7, 3, 0}, Support::Grid{0, 3, 3}})
+        EXPECT_EQ(StripRun::layersOf(*Support::makeVolume(grid, std::vector<std::uint32_t>())), 0u);
+    EXPECT_EQ(StripRun::layersOf(*Support::makeVolume({7, 3, 2}, std::vector<std::uint32_t>(42))),
+              7u);
+}
+
+TEST(StripRunTest, TheNarrowestStripIsUpToTheProcess)
+{
+    const PoolThreads threads(4);
+    EXPECT_FALSE(StripRun(11).isSingle());
+    EXPECT_TRUE(StripRun(11, 3).isSingle());
+    EXPECT_FALSE(StripRun(12, 3).isSingle());
+    EXPECT_FALSE(StripRun(4, 1).isSingle());
+    EXPECT_EQ(StripRun(11, 3).stripWidth(), 2u);
 }
 
 TEST(StripRunTest, APhaseEndsWhenAllItsStripsHaveEnded)

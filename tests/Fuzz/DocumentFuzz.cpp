@@ -75,12 +75,13 @@ private:
 };
 
 /// Finds a material that differs from the local one of its id, or from another one in the document,
-/// which would be the local one by then. Reading it waits forever in MaterialFactory::newMaterialId,
-/// which is settled behaviour and would only be found again and again.
+/// which would be the local one by then. Reading it waits forever in
+/// MaterialFactory::newMaterialId, which is settled behaviour and would only be found again and
+/// again.
 ///
-/// All that had the id so far are kept, also those that the reader would pass over because an object
-/// takes their element: colours are compared with a tolerance, so two materials that are the same as
-/// a third need not be the same.
+/// All that had the id so far are kept, also those that the reader would pass over because an
+/// object takes their element: colours are compared with a tolerance, so two materials that are the
+/// same as a third need not be the same.
 class Collisions final
 {
 public:

@@ -29,8 +29,8 @@ int channel(const Material &material, int index)
     return static_cast<int>(material.color()[index] * 255);
 }
 
-/// The writer does not pad channels to two digits, so a colour with a channel below 16 does not come
-/// back.
+/// The writer does not pad channels to two digits, so a colour with a channel below 16 does not
+/// come back.
 bool colorIsKept(const Material &material)
 {
     for (int index = 0; index < 4; ++index)

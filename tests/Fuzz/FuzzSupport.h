@@ -25,8 +25,8 @@ public:
     explicit Input(const QByteArray &bytes);
 };
 
-/// False for a text with characters that the XML writer leaves out, as XML does not have them. A file
-/// can bring such a text through its encoding.
+/// False for a text with characters that the XML writer leaves out, as XML does not have them. A
+/// file can bring such a text through its encoding.
 bool canBeWritten(const QString &text);
 
 /// Requires that both lists hold the same materials, as far as a file keeps them: numbers have six

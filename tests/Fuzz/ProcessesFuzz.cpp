@@ -33,7 +33,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
                           process.compatibleMaterialIds().size(),
                       "a process has no materials but those of its ids");
         ProcessArchiver::saveProcess(process, writer);
-        // A name with characters that XML does not have; those are left out and so cannot come back.
+        // A name with characters that XML does not have; those are left out and so cannot come
+        // back.
         if (writer.hasError())
             return 0;
     }

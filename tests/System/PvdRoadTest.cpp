@@ -60,9 +60,9 @@ TEST_F(PvdRoadTest, TheRatioSaysHowFarTheFilmGrowsSideways)
         bool firstBeside;
         bool secondBeside;
     };
-    // One step sideways counts 100, 2 and 1 cells. The two cells beside the lowest layer of the film
-    // are then (100, 1) and (200, 1), (2, 1) and (4, 1), (1, 1) and (2, 1) away from the block's
-    // edge; the film is 4 thick.
+    // One step sideways counts 100, 2 and 1 cells. The two cells beside the lowest layer of the
+    // film are then (100, 1) and (200, 1), (2, 1) and (4, 1), (1, 1) and (2, 1) away from the
+    // block's edge; the film is 4 thick.
     for (const Case &wanted :
          {Case{"0.01", false, false}, Case{"0.5", true, false}, Case{"1", true, true}}) {
         createBlock(20, 0);

@@ -35,8 +35,8 @@ protected:
                                                         .accept()});
     }
 
-    /// Empties the document, then makes a volume of the same size that holds a block of silicon of 12
-    /// layers: so wide, in the middle of x, and so far above the floor.
+    /// Empties the document, then makes a volume of the same size that holds a block of silicon of
+    /// 12 layers: so wide, in the middle of x, and so far above the floor.
     void createBlock(int width, int floor)
     {
         m_driver.trigger("actionNew", {Support::DialogAnswer().accept()});

@@ -44,7 +44,8 @@ protected:
 
     DragObjects(std::string name, std::uint32_t id, Texts texts, Workspace *workspace);
 
-    /// The object to displace for a selected one; empty where there can be none, which passes it over.
+    /// The object to displace for a selected one; empty where there can be none, which passes it
+    /// over.
     virtual boost::shared_ptr<Model::Object>
     objectFor(const boost::shared_ptr<Model::Object> &selected) = 0;
 

@@ -20,6 +20,9 @@ public:
         float distanceZ;
     };
 
+    /// The material of the crystal.
+    static constexpr std::uint32_t Silicon = 1;
+
     explicit Voxel(std::uint32_t material = 0)
         : m_material(material),
           m_front{false, 0.0f, 0.0f, 0.0f}

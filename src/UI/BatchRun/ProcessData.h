@@ -21,8 +21,8 @@ namespace Ui {
 class ProcessData final
 {
 public:
-    /// The numbers stand in users' files. A file may also hold numbers that are not listed here; its
-    /// steps keep them.
+    /// The numbers stand in users' files. A file may also hold numbers that are not listed here;
+    /// its steps keep them.
     enum ProcessType : std::int32_t
     {
         Photolithography = 0,

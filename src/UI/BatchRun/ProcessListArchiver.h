@@ -26,13 +26,14 @@ public:
     /// Writes the file anew. False if it cannot be opened for writing, and as `writeProcessList`.
     bool saveProcessList(const QString &fileName);
 
-    /// Reads an open device. Content that is damaged gives the steps before the damage, the last one
-    /// with the parameters read so far, and is no failure; bytes that are no UTF-8 count as damage
-    /// at the beginning of their block of some thousand bytes. False if there is no `Process-List`
-    /// element; also, with everything read, if this archiver's writer has an error.
+    /// Reads an open device. Content that is damaged gives the steps before the damage, the last
+    /// one with the parameters read so far, and is no failure; bytes that are no UTF-8 count as
+    /// damage at the beginning of their block of some thousand bytes. False if there is no
+    /// `Process-List` element; also, with everything read, if this archiver's writer has an error.
     bool readProcessList(QIODevice &device, std::vector<ProcessData> &list);
-    /// Writes to an open device. False if the writer has an error: the device failed, or a text holds
-    /// characters that XML has not: those are left out, but half of a surrogate pair spoils the rest. An error stays with the archiver.
+    /// Writes to an open device. False if the writer has an error: the device failed, or a text
+    /// holds characters that XML has not: those are left out, but half of a surrogate pair spoils
+    /// the rest. An error stays with the archiver.
     bool writeProcessList(QIODevice &device);
 
     /// Reads the `Process-Data` start element on which the reader stands, and on to the first

@@ -1,6 +1,6 @@
 #include "UI/Observers/MooreDepositionObserver.h"
 
-#include "Core/Operations/MooreNeighborhoodDeposition/MooreNeighborhoodDepositionOperation.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodDepositionOperation.h"
 #include "UI/Observers/MooreLayers.h"
 
 #include <QString>

@@ -4,8 +4,8 @@
 
 namespace Ui::Observers {
 
-/// Asks for the values of a deposition by layers of the Moore neighbourhood and runs it. A rejected dialog
-/// cancels the operation.
+/// Asks for the values of a deposition by layers of the Moore neighbourhood and runs it. A rejected
+/// dialog cancels the operation.
 class MooreDepositionObserver final : public OptionsObserver
 {
 public:

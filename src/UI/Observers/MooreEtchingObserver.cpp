@@ -1,6 +1,6 @@
 #include "UI/Observers/MooreEtchingObserver.h"
 
-#include "Core/Operations/MooreNeighborhoodEtching/MooreNeighborhoodEtchingOperation.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodEtchingOperation.h"
 #include "UI/Observers/MooreLayers.h"
 
 #include <QString>

@@ -1,6 +1,6 @@
 #include "UI/Observers/MooreLayers.h"
 
-#include "Core/Operations/MooreProcessOperation.h"
+#include "Core/Operations/MooreNeighborhood/MooreProcessOperation.h"
 #include "Model/Materials/MaterialFactory.h"
 #include "UI/ModalDialog.h"
 #include "UI/Operations/MooreOptionsDialog.h"

@@ -1,6 +1,6 @@
 #include "UI/Observers/SimpleRIEObserver.h"
 
-#include "Core/Operations/SimpleReactiveIonEtching/SimpleReactiveIonEtchingOperation.h"
+#include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtchingOperation.h"
 #include "Model/Materials/MaterialFactory.h"
 #include "UI/ModalDialog.h"
 #include "UI/Operations/SimpleRIEDialog.h"

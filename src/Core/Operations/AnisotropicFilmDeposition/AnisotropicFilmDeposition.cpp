@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
+#include <utility>
 
 namespace Core::Operations {
 
@@ -24,6 +26,22 @@ struct DirectionalRules
 
     bool takesPart(const Voxel & /*cell*/) const { return true; }
     float limit(const Voxel & /*cell*/) const { return thickness * thickness; }
+};
+
+/// One of the arrays with its lock. The later one is given back first.
+struct TakenArray
+{
+    template <typename Take>
+    TakenArray(Take &&take, std::function<void()> releaseArray)
+        : cells(take()),
+          release(std::move(releaseArray))
+    {}
+    ~TakenArray() { release(); }
+    TakenArray(const TakenArray &) = delete;
+    TakenArray &operator=(const TakenArray &) = delete;
+
+    Voxel *cells;
+    std::function<void()> release;
 };
 
 /// A ratio below 1 stretches the steps sideways. Their signs are the reverse of other processes',
@@ -72,7 +90,9 @@ AnisotropicFilmDeposition::AnisotropicFilmDeposition(TotalVolume *volume, std::u
 void AnisotropicFilmDeposition::runDeposition()
 {
     using namespace boost::placeholders;
-    m_voxels = m_volume->voxels();
+    const TakenArray voxels([this] { return m_volume->voxels(); },
+                            [this] { m_volume->releaseVoxels(); });
+    m_voxels = voxels.cells;
     m_front.setVoxels(m_voxels);
     const std::uint64_t stepCount = m_front.stepCount(m_thickness);
     m_front.strips().runPhase(
@@ -81,9 +101,9 @@ void AnisotropicFilmDeposition::runDeposition()
         m_front.strips().runPhase(
             boost::bind(&AnisotropicFilmDeposition::runPartialDepositionStep, this, _1, _2, _3));
     // The other array has had no part in it so far.
-    std::copy_n(m_voxels, m_front.indexOf(m_sizeX, 0, 0), m_volume->nextVoxels());
-    m_volume->releaseNextVoxels();
-    m_volume->releaseVoxels();
+    const TakenArray nextVoxels([this] { return m_volume->nextVoxels(); },
+                                [this] { m_volume->releaseNextVoxels(); });
+    std::copy_n(m_voxels, m_front.indexOf(m_sizeX, 0, 0), nextVoxels.cells);
 }
 
 void AnisotropicFilmDeposition::runPartialInitialization(std::int32_t start, std::int32_t end,

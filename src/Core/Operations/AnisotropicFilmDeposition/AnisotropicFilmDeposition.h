@@ -29,10 +29,11 @@ public:
     /// any other value.
     static QString depositionModeText(std::uint32_t mode);
 
-    /// `material` is the id of the film's material; `thickness` in drawing units: 0, negative or not
-    /// a number deposits nothing. With a `horizontalRatio` r, above 0, a step sideways counts 1 / r
-    /// cells. Any other `depositionMode` than the three above has no sources. The volume is not
-    /// owned; its cells are not touched yet.
+    /// `material` is the id of the film's material; `thickness` in drawing units: 0, negative or
+    /// not a number deposits nothing. With a `horizontalRatio` r, a step sideways counts 1 / r
+    /// cells: with 0 the film grows upward alone, with less or what is not a number not at all. Any
+    /// other `depositionMode` than the three above has no sources. The volume is not owned; its
+    /// cells are not touched yet.
     AnisotropicFilmDeposition(Model::Automaton::TotalVolume *volume, std::uint32_t material,
                               float thickness, float horizontalRatio, std::uint32_t depositionMode);
 

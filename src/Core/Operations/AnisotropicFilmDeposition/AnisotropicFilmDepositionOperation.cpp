@@ -1,13 +1,13 @@
 #include "Core/Operations/AnisotropicFilmDeposition/AnisotropicFilmDepositionOperation.h"
 
 #include "Core/Operations/AnisotropicFilmDeposition/AnisotropicFilmDeposition.h"
+#include "Model/Automaton/Voxel.h"
 
 namespace Core::Operations {
 
 namespace {
 
 constexpr std::uint32_t StepsNeeded = 3;
-constexpr std::uint32_t Silicon = 1;
 
 std::uint32_t s_nextInstanceId = 0;
 
@@ -57,7 +57,7 @@ void AnisotropicFilmDepositionOperation::end()
                               AnisotropicFilmDeposition::OnTop)
         .runDeposition();
     states().saveState(*volume());
-    sequence().finish(m_material == Silicon);
+    sequence().finish(m_material == Model::Automaton::Voxel::Silicon);
 }
 
 } // namespace Core::Operations

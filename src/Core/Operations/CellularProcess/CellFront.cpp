@@ -26,8 +26,8 @@ void CellFront::openStrip(std::int32_t start, std::int32_t end, std::uint32_t st
     const auto endX = static_cast<std::uint32_t>(end);
     m_surfaceCells[strip] = FrontList(firstX, endX - firstX, m_sizeY, m_sizeZ);
     m_nextCells[strip] = FrontList(firstX, endX - firstX, m_sizeY, m_sizeZ);
-    // The neighbours of a strip's cells lie one layer beyond it, or two, when a process begins in the
-    // layer beyond it.
+    // The neighbours of a strip's cells lie one layer beyond it, or two, when a process begins in
+    // the layer beyond it.
     constexpr std::uint32_t Beyond = 2;
     const std::uint32_t before = std::min(firstX, Beyond);
     const std::uint32_t behind = std::min(m_sizeX - endX, Beyond);

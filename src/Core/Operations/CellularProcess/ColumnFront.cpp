@@ -14,16 +14,4 @@ ColumnFront::ColumnFront(Model::Automaton::TotalVolume *volume, std::uint32_t fi
       m_surfaceCells(strips)
 {}
 
-ColumnFront::TakenVoxels::TakenVoxels(ColumnFront &front) : m_volume(front.m_volume)
-{
-    front.m_voxels = m_volume->voxels();
-    front.m_nextVoxels = m_volume->nextVoxels();
-}
-
-ColumnFront::TakenVoxels::~TakenVoxels()
-{
-    m_volume->releaseVoxels();
-    m_volume->releaseNextVoxels();
-}
-
 } // namespace Core::Operations

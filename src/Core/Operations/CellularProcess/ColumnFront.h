@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Operations/CellularProcess/StripRun.h"
+#include "Core/Operations/CellularProcess/TakenVoxels.h"
 #include "Model/Automaton/Voxel.h"
 
 #include <algorithm>
@@ -28,28 +29,17 @@ public:
 
     std::uint32_t sizeX() const { return m_sizeX; }
 
-    /// Holds both arrays with their locks, `voxels` first, for the controlling thread of a run, and
-    /// gives them back in that order on every path out of it.
-    class TakenVoxels final
-    {
-    public:
-        explicit TakenVoxels(ColumnFront &front);
-        ~TakenVoxels();
-        TakenVoxels(const TakenVoxels &) = delete;
-        TakenVoxels &operator=(const TakenVoxels &) = delete;
-
-    private:
-        Model::Automaton::TotalVolume *m_volume;
-    };
+    /// Takes both arrays for a run; for its controlling thread.
+    TakenVoxels takeVoxels() { return {*m_volume, m_voxels, m_nextVoxels}; }
 
     /// Lists the film's cells of x in [start, end) that lie under void in a column that
-    /// opensAbove(column) answers true for, or over void where opensBelow(column) does. The faces of
-    /// the volume are no void.
+    /// opensAbove(column) answers true for, or over void where opensBelow(column) does. The faces
+    /// of the volume are no void.
     template <typename Above, typename Below>
     void initializeStrip(std::uint32_t start, std::uint32_t end, std::uint32_t strip,
                          Above &&opensAbove, Below &&opensBelow);
-    /// Removes the listed cells, lists the film's cell above each where rises(column), that below it
-    /// where sinks(column), and commits.
+    /// Removes the listed cells, lists the film's cell above each where rises(column), that below
+    /// it where sinks(column), and commits.
     template <typename Rises, typename Sinks>
     void stepStrip(std::uint32_t strip, Rises &&rises, Sinks &&sinks);
     /// Cells that the next step of the strip visits.

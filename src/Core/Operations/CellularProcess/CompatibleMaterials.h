@@ -9,7 +9,8 @@ class QString;
 
 namespace Core::Operations {
 
-/// The materials that take part in a process, from the record of a process; loops over cells ask it.
+/// The materials that take part in a process, from the record of a process; loops over cells ask
+/// it.
 class CompatibleMaterials final
 {
 public:

@@ -9,11 +9,16 @@ namespace Core::Operations {
 
 DistanceFront::Metric DistanceFront::metricOf(float cellSizeX, float cellSizeY, float cellSizeZ)
 {
+    const std::array<float, 3> sizes = {cellSizeX, cellSizeY, cellSizeZ};
     Metric metric{{}, std::min({cellSizeX, cellSizeY, cellSizeZ})};
-    for (std::size_t k = 0; k < faceNeighbors.size(); ++k)
-        metric.stepVectors[k] = {static_cast<float>(faceNeighbors[k].dx) * cellSizeX,
-                                 static_cast<float>(faceNeighbors[k].dy) * cellSizeY,
-                                 static_cast<float>(faceNeighbors[k].dz) * cellSizeZ};
+    for (std::size_t k = 0; k < faceNeighbors.size(); ++k) {
+        const CellOffset &offset = faceNeighbors[k];
+        const std::array<std::int32_t, 3> along = {offset.dx, offset.dy, offset.dz};
+        // The others stay 0, also beside a size that is infinite.
+        for (std::size_t axis = 0; axis < along.size(); ++axis)
+            if (along[axis] != 0)
+                metric.stepVectors[k][axis] = static_cast<float>(along[axis]) * sizes[axis];
+    }
     return metric;
 }
 
@@ -24,7 +29,7 @@ DistanceFront::DistanceFront(Model::Automaton::TotalVolume *volume)
 DistanceFront::DistanceFront(Model::Automaton::TotalVolume *volume, const Metric &metric)
     : m_volume(volume),
       m_sizeX(StripRun::layersOf(*volume)),
-      m_sizeY(volume->sizeY()),
+      m_sizeY(m_sizeX == 0 ? 0 : volume->sizeY()),
       m_sizeZ(volume->sizeZ()),
       m_metric(metric),
       m_strips(m_sizeX),
@@ -55,18 +60,6 @@ std::uint64_t DistanceFront::stepCount(float distance) const
 std::uint64_t DistanceFront::stepCount(double distance) const
 {
     return stepsFor(std::ceil(distance / static_cast<double>(m_metric.smallestStep)));
-}
-
-DistanceFront::TakenVoxels::TakenVoxels(DistanceFront &front) : m_volume(front.m_volume)
-{
-    front.m_voxels = m_volume->voxels();
-    front.m_nextVoxels = m_volume->nextVoxels();
-}
-
-DistanceFront::TakenVoxels::~TakenVoxels()
-{
-    m_volume->releaseVoxels();
-    m_volume->releaseNextVoxels();
 }
 
 void DistanceFront::openStrip(std::int32_t start, std::int32_t end, std::uint32_t strip)

@@ -3,6 +3,7 @@
 #include "Core/Operations/CellularProcess/CellFront.h"
 #include "Core/Operations/CellularProcess/CellNeighbors.h"
 #include "Core/Operations/CellularProcess/StripRun.h"
+#include "Core/Operations/CellularProcess/TakenVoxels.h"
 #include "Model/Automaton/Voxel.h"
 
 #include <array>
@@ -28,8 +29,8 @@ enum class CellStart
 };
 
 /// What the distance-front engines share: the cell arrays of a run, its strips and lists, and the
-/// step that carries to every cell the vector to its nearest source. An engine is composed of one and
-/// gives it its rules, a plain class whose members are called in loops over cells:
+/// step that carries to every cell the vector to its nearest source. An engine is composed of one
+/// and gives it its rules, a plain class whose members are called in loops over cells:
 ///
 ///     static constexpr Neighborhood neighborhood;
 ///         which neighbours of an accepted cell are listed for the next step
@@ -46,7 +47,7 @@ enum class CellStart
 ///     void accept(const Voxel &cell, Voxel &next) const;
 ///         the material of a cell that is taken
 ///     bool passes(std::uint32_t material) const;
-///         whether a cell may be listed; when a run begins, true for Open cells alone
+///         whether a cell may be listed once it has changed; when a run begins, Open cells may
 ///
 /// The members that take rules are in DistanceFrontSteps.h, for the sources of engines. Squared
 /// lengths are (x * x + y * y) + z * z, each operation rounded to 32-bit float.
@@ -66,8 +67,8 @@ public:
     /// That of cells of these sizes, in drawing units.
     static Metric metricOf(float cellSizeX, float cellSizeY, float cellSizeZ);
 
-    /// The volume is not owned. Nothing is done to its cells. The metric is that of its cells unless
-    /// another is given.
+    /// The volume is not owned. Nothing is done to its cells. The metric is that of its cells
+    /// unless another is given.
     explicit DistanceFront(Model::Automaton::TotalVolume *volume);
     DistanceFront(Model::Automaton::TotalVolume *volume, const Metric &metric);
     DistanceFront(const DistanceFront &) = delete;
@@ -82,19 +83,8 @@ public:
     /// The same in 64-bit float.
     std::uint64_t stepCount(double distance) const;
 
-    /// Holds both arrays with their locks, `voxels` first, for the controlling thread of a run, and
-    /// gives them back in that order on every path out of it.
-    class TakenVoxels final
-    {
-    public:
-        explicit TakenVoxels(DistanceFront &front);
-        ~TakenVoxels();
-        TakenVoxels(const TakenVoxels &) = delete;
-        TakenVoxels &operator=(const TakenVoxels &) = delete;
-
-    private:
-        Model::Automaton::TotalVolume *m_volume;
-    };
+    /// Takes both arrays for a run; for its controlling thread.
+    TakenVoxels takeVoxels() { return {*m_volume, m_voxels, m_nextVoxels}; }
 
     /// Writes `reached` and the distances of every cell of the strip in both arrays, and lists the
     /// front's first cells.
@@ -131,10 +121,10 @@ public:
     /// not tested, as the far value makes no candidate. An engine that begins in a way of its own
     /// sets its sources.
     CellBits &carriers() { return m_carriers; }
-    /// In place of TakenVoxels, for an engine that has taken `voxels` alone and stages what it takes
-    /// elsewhere.
+    /// In place of takeVoxels(), for an engine that has taken `voxels` alone and stages what it
+    /// takes elsewhere.
     void setVoxels(Voxel *voxels) { m_voxels = voxels; }
-    /// Between TakenVoxels and its end.
+    /// While they are taken.
     Voxel *voxels() const { return m_voxels; }
     Voxel *nextVoxels() const { return m_nextVoxels; }
     std::size_t indexOf(std::uint32_t x, std::uint32_t y, std::uint32_t z) const

@@ -10,24 +10,12 @@ namespace Core::Operations {
 LayerFront::LayerFront(Model::Automaton::TotalVolume *volume)
     : m_volume(volume),
       m_sizeX(StripRun::layersOf(*volume)),
-      m_sizeY(volume->sizeY()),
+      m_sizeY(m_sizeX == 0 ? 0 : volume->sizeY()),
       m_sizeZ(volume->sizeZ()),
       m_strips(m_sizeX),
       m_front(m_strips, m_sizeX, m_sizeY, m_sizeZ),
       m_listed(m_strips.threads())
 {}
-
-LayerFront::TakenVoxels::TakenVoxels(LayerFront &front) : m_volume(front.m_volume)
-{
-    front.m_voxels = m_volume->voxels();
-    front.m_nextVoxels = m_volume->nextVoxels();
-}
-
-LayerFront::TakenVoxels::~TakenVoxels()
-{
-    m_volume->releaseVoxels();
-    m_volume->releaseNextVoxels();
-}
 
 void LayerFront::initializeStrip(const Rules &rules, std::int32_t start, std::int32_t end,
                                  std::uint32_t strip)

@@ -2,6 +2,7 @@
 
 #include "Core/Operations/CellularProcess/CellFront.h"
 #include "Core/Operations/CellularProcess/StripRun.h"
+#include "Core/Operations/CellularProcess/TakenVoxels.h"
 #include "Model/Automaton/Voxel.h"
 
 #include <cstddef>
@@ -37,19 +38,8 @@ public:
 
     const StripRun &strips() const { return m_strips; }
 
-    /// Holds both arrays with their locks, `voxels` first, for the controlling thread of a run, and
-    /// gives them back in that order on every path out of it.
-    class TakenVoxels final
-    {
-    public:
-        explicit TakenVoxels(LayerFront &front);
-        ~TakenVoxels();
-        TakenVoxels(const TakenVoxels &) = delete;
-        TakenVoxels &operator=(const TakenVoxels &) = delete;
-
-    private:
-        Model::Automaton::TotalVolume *m_volume;
-    };
+    /// Takes both arrays for a run; for its controlling thread.
+    TakenVoxels takeVoxels() { return {*m_volume, m_voxels, m_nextVoxels}; }
 
     /// Lists the front's first cells; nothing is written to the cells.
     void initializeStrip(const Rules &rules, std::int32_t start, std::int32_t end,

@@ -26,7 +26,6 @@ public:
     /// Below `narrowest` layers a thread, the whole volume is one strip.
     explicit StripRun(std::uint32_t sizeX, std::uint32_t narrowest = 2);
 
-    std::uint32_t sizeX() const { return m_sizeX; }
     /// At least 1.
     std::uint32_t threads() const { return m_threads; }
     /// Layers of x in every strip but the last, were there several.

@@ -67,7 +67,7 @@ Electrodeposition::Electrodeposition(TotalVolume *volume, std::uint32_t material
 void Electrodeposition::runDeposition()
 {
     using namespace boost::placeholders;
-    const DistanceFront::TakenVoxels voxels(m_front);
+    const TakenVoxels voxels = m_front.takeVoxels();
     const std::uint64_t stepCount = m_front.stepCount(m_thickness);
     m_front.strips().runPhase(
         boost::bind(&Electrodeposition::runPartialInitialization, this, _1, _2, _3));

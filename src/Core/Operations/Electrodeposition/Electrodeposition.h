@@ -16,8 +16,8 @@ class Electrodeposition final
 {
 public:
     /// `material` is the id of the film's material, `conductingMaterial` that of what it grows on;
-    /// `thickness` in drawing units: 0, negative or not a number deposits nothing. The volume is not
-    /// owned; its cells are not touched yet.
+    /// `thickness` in drawing units: 0, negative or not a number deposits nothing. The volume is
+    /// not owned; its cells are not touched yet.
     Electrodeposition(Model::Automaton::TotalVolume *volume, std::uint32_t material,
                       std::uint32_t conductingMaterial, float thickness);
 

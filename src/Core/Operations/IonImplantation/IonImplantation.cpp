@@ -54,7 +54,7 @@ IonImplantation::IonImplantation(Model::Automaton::TotalVolume *volume, std::uin
 void IonImplantation::runImplantation()
 {
     using namespace boost::placeholders;
-    const DistanceFront::TakenVoxels voxels(m_front);
+    const TakenVoxels voxels = m_front.takeVoxels();
     const std::uint64_t stepCount = m_front.stepCount(m_annealingDistance);
     m_front.strips().runPhase(
         boost::bind(&IonImplantation::runPartialInitialization, this, _1, _2, _3));
@@ -104,8 +104,8 @@ void IonImplantation::implantColumn(std::uint32_t x, std::uint32_t y, std::uint3
         voxels[base + top].setFront(blocked);
         nextVoxels[base + top].setFront(blocked);
     }
-    // One cell above the surface; in a void column, as in one that is filled to the top, that is the
-    // bottom cell of the next one.
+    // One cell above the surface; in a void column, as in one that is filled to the top, that is
+    // the bottom cell of the next one.
     if (top == 0)
         top = m_sizeZ;
     std::uint32_t i = 0;

@@ -17,10 +17,10 @@ namespace Core::Operations {
 class IonImplantation final
 {
 public:
-    /// `material` is the id of what the cells become; both lengths in drawing units. The depth counts
-    /// from one cell above the highest filled cell of a column. What can be doped is what is
-    /// compatible with the process "Simple Doping", on purpose not "Ion Implantation". The volume is
-    /// not owned; its cells are not touched yet.
+    /// `material` is the id of what the cells become; both lengths in drawing units. The depth
+    /// counts from one cell above the highest filled cell of a column. What can be doped is what is
+    /// compatible with the process "Simple Doping", on purpose not "Ion Implantation". The volume
+    /// is not owned; its cells are not touched yet.
     IonImplantation(Model::Automaton::TotalVolume *volume, std::uint32_t material,
                     float implantationDepth, float annealingDistance);
 

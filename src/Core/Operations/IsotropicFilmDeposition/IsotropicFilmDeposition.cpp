@@ -47,7 +47,7 @@ IsotropicFilmDeposition::IsotropicFilmDeposition(Model::Automaton::TotalVolume *
 void IsotropicFilmDeposition::runDeposition()
 {
     using namespace boost::placeholders;
-    const DistanceFront::TakenVoxels voxels(m_front);
+    const TakenVoxels voxels = m_front.takeVoxels();
     const std::uint64_t stepCount = m_front.stepCount(m_thickness);
     m_front.strips().runPhase(
         boost::bind(&IsotropicFilmDeposition::runPartialInitialization, this, _1, _2, _3));

@@ -15,8 +15,8 @@ namespace Core::Operations {
 class IsotropicFilmDeposition final
 {
 public:
-    /// `material` is the id of the film's material; `thickness` in drawing units: 0, negative or not a
-    /// number deposits nothing. The volume is not owned; its cells are not touched yet.
+    /// `material` is the id of the film's material; `thickness` in drawing units: 0, negative or
+    /// not a number deposits nothing. The volume is not owned; its cells are not touched yet.
     IsotropicFilmDeposition(Model::Automaton::TotalVolume *volume, std::uint32_t material,
                             float thickness);
 

@@ -1,13 +1,13 @@
 #include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDepositionOperation.h"
 
 #include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDeposition.h"
+#include "Model/Automaton/Voxel.h"
 
 namespace Core::Operations {
 
 namespace {
 
 constexpr std::uint32_t StepsNeeded = 3;
-constexpr std::uint32_t Silicon = 1;
 
 std::uint32_t s_nextInstanceId = 0;
 
@@ -37,7 +37,7 @@ void IsotropicFilmDepositionOperation::end()
         return;
     }
     IsotropicFilmDeposition(volume(), m_material, m_thickness).runDeposition();
-    sequence().finish(m_material == Silicon);
+    sequence().finish(m_material == Model::Automaton::Voxel::Silicon);
 }
 
 } // namespace Core::Operations

@@ -54,7 +54,7 @@ IsotropicFilmEtching::IsotropicFilmEtching(Model::Automaton::TotalVolume *volume
 void IsotropicFilmEtching::runEtching()
 {
     using namespace boost::placeholders;
-    const DistanceFront::TakenVoxels voxels(m_front);
+    const TakenVoxels voxels = m_front.takeVoxels();
     const std::uint64_t stepCount = m_front.stepCount(m_thickness);
     m_front.strips().runPhase(
         boost::bind(&IsotropicFilmEtching::runPartialInitialization, this, _1, _2, _3));

@@ -15,9 +15,9 @@ namespace Core::Operations {
 class IsotropicFilmEtching final
 {
 public:
-    /// `material` is the id of what is etched; `thickness` is the depth, in drawing units: 0, negative
-    /// or not a number etches nothing. The volume is not owned; its cells are not
-    /// touched yet.
+    /// `material` is the id of what is etched; `thickness` is the depth, in drawing units: 0,
+    /// negative or not a number etches nothing. The volume is not owned; its cells are not touched
+    /// yet.
     IsotropicFilmEtching(Model::Automaton::TotalVolume *volume, std::uint32_t material,
                          float thickness);
 

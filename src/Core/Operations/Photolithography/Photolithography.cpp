@@ -37,7 +37,7 @@ Photolithography::Photolithography(TotalVolume *volume, std::uint32_t material,
                                    const std::vector<bool> &bottomMask, std::uint32_t bottomWidth,
                                    std::uint32_t bottomHeight, const std::vector<bool> &topMask,
                                    std::uint32_t topWidth, std::uint32_t topHeight)
-    : m_steps(volume->sizeZ()),
+    : m_steps(StripRun::layersOf(*volume) == 0 ? 0 : volume->sizeZ()),
       m_bottomBlocked(blockedColumns(*volume, material == NegativeResist, bottomMask, bottomWidth,
                                      bottomHeight)),
       m_topBlocked(
@@ -49,7 +49,7 @@ Photolithography::Photolithography(TotalVolume *volume, std::uint32_t material,
 void Photolithography::runDevelopment()
 {
     using namespace boost::placeholders;
-    const ColumnFront::TakenVoxels voxels(m_front);
+    const TakenVoxels voxels = m_front.takeVoxels();
     m_strips.runPhase(boost::bind(&Photolithography::runPartialInitialization, this, _1, _2, _3));
     // As many as the highest column has cells.
     for (std::uint32_t step = 0; step < m_steps; ++step)

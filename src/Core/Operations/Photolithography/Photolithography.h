@@ -17,14 +17,15 @@ namespace Core::Operations {
 class Photolithography final
 {
 public:
-    /// The one material that is a negative resist, whatever its record says; all others are positive.
+    /// The one material that is a negative resist, whatever its record says; all others are
+    /// positive.
     static constexpr std::uint32_t NegativeResist = 12;
 
     /// `material` is the film. A mask has a bit a pixel, x * height + y, true for an opaque one;
-    /// width and height in pixels, a pixel for each column of cells from the corner (0, 0) on. What a
-    /// positive resist has under opaque pixels stays, what it has beside the mask goes; for a
-    /// negative resist both are the other way round. A mask whose bits are not width * height shades
-    /// nothing. The volume is not owned; its cells are not touched yet.
+    /// width and height in pixels, a pixel for each column of cells from the corner (0, 0) on. What
+    /// a positive resist has under opaque pixels stays, what it has beside the mask goes; for a
+    /// negative resist both are the other way round. A mask whose bits are not width * height
+    /// shades nothing. The volume is not owned; its cells are not touched yet.
     Photolithography(Model::Automaton::TotalVolume *volume, std::uint32_t material,
                      const std::vector<bool> &bottomMask, std::uint32_t bottomWidth,
                      std::uint32_t bottomHeight, const std::vector<bool> &topMask,

@@ -3,14 +3,13 @@
 #include "Core/Operations/Photolithography/Photolithography.h"
 #include "Core/Workspace.h"
 #include "Model/Automaton/TotalVolume.h"
+#include "Model/Automaton/Voxel.h"
 
 #include <utility>
 
 namespace Core::Operations {
 
 namespace {
-
-constexpr std::uint32_t Silicon = 1;
 
 constexpr ProcessMessages Messages{": Cell volume selected.", ": Operation Canceled!"};
 
@@ -86,7 +85,7 @@ void PhotolithographyOperation::end()
         .runDevelopment();
     volume->setBottomMask({}, 0, 0);
     volume->setTopMask({}, 0, 0);
-    m_sequence.finish(m_material == Silicon);
+    m_sequence.finish(m_material == Model::Automaton::Voxel::Silicon);
 }
 
 } // namespace Core::Operations

@@ -2,6 +2,7 @@
 
 #include "Core/Operations/CellularProcess/CellStreams.h"
 #include "Core/Operations/CellularProcess/StripRun.h"
+#include "Core/Operations/CellularProcess/TakenVoxels.h"
 #include "Model/Automaton/TotalVolume.h"
 
 #include <QDebug>
@@ -23,15 +24,13 @@ namespace {
 /// Below that many columns of x a thread, one thread does it alone.
 constexpr std::uint32_t NarrowestStrip = 3;
 
-/// Empties the cells [first, end) of a column in both arrays. Much of it is void before, and looking
-/// costs less than writing.
+/// Empties the cells [first, end) of a column in both arrays, whatever they hold: threads overlap
+/// here, and none may read what another one writes.
 void clear(Voxel *cells, Voxel *nextCells, std::size_t first, std::size_t end)
 {
     for (std::size_t z = first; z < end; ++z) {
-        if (cells[z].material() != 0)
-            cells[z].setMaterial(0);
-        if (nextCells[z].material() != 0)
-            nextCells[z].setMaterial(0);
+        cells[z].setMaterial(0);
+        nextCells[z].setMaterial(0);
     }
 }
 
@@ -50,12 +49,11 @@ Planarization::Planarization(Model::Automaton::TotalVolume *volume, std::uint32_
 
 void Planarization::runPlanarization()
 {
-    m_voxels = m_volume->voxels();
-    m_nextVoxels = m_volume->nextVoxels();
+    const TakenVoxels voxels(*m_volume, m_voxels, m_nextVoxels);
     const auto threads = static_cast<std::uint32_t>(m_threads);
     const std::uint32_t width = m_sizeX / threads;
-    qDebug() << "Threads " << m_threads;
-    qDebug() << "Cells per thread " << m_sizeZ * m_sizeY * width;
+    qDebug().nospace() << "Threads " << m_threads;
+    qDebug().nospace() << "Cells per thread " << m_sizeZ * m_sizeY * width;
     QElapsedTimer timer;
     timer.start();
     if (width < NarrowestStrip) {
@@ -67,9 +65,7 @@ void Planarization::runPlanarization()
         for (QFuture<void> &future : futures)
             future.waitForFinished();
     }
-    qDebug() << "Elapsed time " << timer.elapsed();
-    m_volume->releaseVoxels();
-    m_volume->releaseNextVoxels();
+    qDebug().nospace() << "Elapsed time " << timer.elapsed();
 }
 
 void Planarization::runThread(std::uint32_t thread)

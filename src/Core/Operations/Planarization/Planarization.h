@@ -14,8 +14,8 @@ namespace Core::Operations {
 class Planarization final
 {
 public:
-    /// Heights in layers of cells. What is beyond the volume is cut off; a minimum above the maximum
-    /// empties all. The volume is not owned; its cells are not touched yet.
+    /// Heights in layers of cells. What is beyond the volume is cut off; a minimum above the
+    /// maximum empties all. The volume is not owned; its cells are not touched yet.
     Planarization(Model::Automaton::TotalVolume *volume, std::uint32_t maximumHeight,
                   std::uint32_t minimumHeight);
 

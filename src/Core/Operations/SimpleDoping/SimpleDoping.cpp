@@ -49,7 +49,7 @@ SimpleDoping::SimpleDoping(Model::Automaton::TotalVolume *volume, std::uint32_t 
 void SimpleDoping::runDoping()
 {
     using namespace boost::placeholders;
-    const DistanceFront::TakenVoxels voxels(m_front);
+    const TakenVoxels voxels = m_front.takeVoxels();
     const std::uint64_t stepCount = m_front.stepCount(m_depth);
     m_front.strips().runPhase(
         boost::bind(&SimpleDoping::runPartialInitialization, this, _1, _2, _3));

@@ -16,8 +16,8 @@ namespace Core::Operations {
 class SimpleDoping final
 {
 public:
-    /// `material` is the id of what the cells become; `depth` in drawing units: 0, negative or not a
-    /// number dopes nothing. The volume is not owned; its cells are not touched yet.
+    /// `material` is the id of what the cells become; `depth` in drawing units: 0, negative or not
+    /// a number dopes nothing. The volume is not owned; its cells are not touched yet.
     SimpleDoping(Model::Automaton::TotalVolume *volume, std::uint32_t material, float depth);
 
     /// Runs to the end, on the global thread pool and the calling thread. Called once.

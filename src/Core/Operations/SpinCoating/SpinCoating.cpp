@@ -1,9 +1,8 @@
 #include "Core/Operations/SpinCoating/SpinCoating.h"
 
 #include "Core/Operations/CellularProcess/CellStreams.h"
+#include "Core/Operations/CellularProcess/TakenVoxels.h"
 #include "Model/Automaton/TotalVolume.h"
-
-#include <boost/bind/bind.hpp>
 
 #include <algorithm>
 #include <cstddef>
@@ -14,8 +13,8 @@ using Model::Automaton::Voxel;
 
 namespace {
 
-/// Below that many layers of x a thread, the calling thread does it alone; other processes share
-/// their work from 2 on.
+/// Below that many layers of x a thread, the calling thread does it alone; fronts share their work
+/// from 2 on.
 constexpr std::uint32_t NarrowestStrip = 3;
 
 } // namespace
@@ -33,19 +32,21 @@ SpinCoating::SpinCoating(Model::Automaton::TotalVolume *volume, std::uint32_t ma
 
 void SpinCoating::runDeposition()
 {
-    using namespace boost::placeholders;
-    m_voxels = m_volume->voxels();
-    m_nextVoxels = m_volume->nextVoxels();
-    m_strips.runPhase(boost::bind(&SpinCoating::fillStrip, this, _1, _2));
-    m_volume->releaseVoxels();
-    m_volume->releaseNextVoxels();
+    const TakenVoxels voxels(*m_volume, m_voxels, m_nextVoxels);
+    m_strips.runPhase([this](std::int32_t /*start*/, std::int32_t /*end*/, std::uint32_t strip) {
+        fillStrip(strip);
+    });
 }
 
-void SpinCoating::fillStrip(std::int32_t start, std::int32_t end)
+void SpinCoating::fillStrip(std::uint32_t strip)
+{
+    fillStrip(m_strips.start(strip), m_strips.end(strip), m_depositionHeight);
+}
+
+void SpinCoating::fillStrip(std::int32_t start, std::int32_t end, std::uint32_t height)
 {
     // Copies, as a write to a cell might change any member for all that the compiler knows.
     const std::uint32_t material = m_material;
-    const std::size_t height = m_depositionHeight;
     const std::size_t sizeZ = m_sizeZ;
     const std::size_t first = static_cast<std::size_t>(start) * m_sizeY;
     const std::size_t last = static_cast<std::size_t>(end) * m_sizeY;

@@ -16,8 +16,8 @@ namespace Core::Operations {
 class SpinCoating final
 {
 public:
-    /// `height` in layers of cells; what is above the volume is cut off. The volume is not owned; its
-    /// cells are not touched yet.
+    /// `material` is the id of what is poured, `height` in layers of cells; what is above the
+    /// volume is cut off. The volume is not owned; its cells are not touched yet.
     SpinCoating(Model::Automaton::TotalVolume *volume, std::uint32_t material,
                 std::uint32_t height);
 
@@ -25,8 +25,9 @@ public:
     void runDeposition();
 
 private:
-    /// x in [start, end).
-    void fillStrip(std::int32_t start, std::int32_t end);
+    void fillStrip(std::uint32_t strip);
+    /// x in [start, end), z below `height`.
+    void fillStrip(std::int32_t start, std::int32_t end, std::uint32_t height);
 
     Model::Automaton::TotalVolume *m_volume;
     std::uint32_t m_material;

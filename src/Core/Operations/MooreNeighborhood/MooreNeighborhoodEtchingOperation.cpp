@@ -1,6 +1,6 @@
-#include "Core/Operations/MooreNeighborhoodEtching/MooreNeighborhoodEtchingOperation.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodEtchingOperation.h"
 
-#include "Core/Operations/MooreNeighborhoodEtching/MooreNeighborhoodEtching.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodEtching.h"
 
 namespace Core::Operations {
 

@@ -9,8 +9,8 @@
 
 namespace Core::Operations {
 
-/// Oxidizes a cell volume, to a thickness or under furnace conditions. The only object of a document
-/// needs not be selected.
+/// Oxidizes a cell volume, to a thickness or under furnace conditions. The only object of a
+/// document needs not be selected.
 class SimpleSiOxidationOperation final : public Operation
 {
 public:

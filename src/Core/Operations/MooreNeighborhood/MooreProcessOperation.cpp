@@ -1,12 +1,8 @@
-#include "Core/Operations/MooreProcessOperation.h"
+#include "Core/Operations/MooreNeighborhood/MooreProcessOperation.h"
+
+#include "Model/Automaton/Voxel.h"
 
 namespace Core::Operations {
-
-namespace {
-
-constexpr std::uint32_t Silicon = 1;
-
-} // namespace
 
 // Deposition and etching go by the same name and tag on purpose: the Undo entry of an etching reads
 // "Moore film deposition", as it always has.
@@ -41,7 +37,7 @@ void MooreProcessOperation::end()
         return;
     }
     run(volume(), m_material, m_steps);
-    sequence().finish(m_material == Silicon);
+    sequence().finish(m_material == Model::Automaton::Voxel::Silicon);
 }
 
 } // namespace Core::Operations

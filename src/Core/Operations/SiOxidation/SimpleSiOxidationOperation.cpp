@@ -1,6 +1,6 @@
-#include "Core/Operations/SimpleSiOxidation/SimpleSiOxidationOperation.h"
+#include "Core/Operations/SiOxidation/SimpleSiOxidationOperation.h"
 
-#include "Core/Operations/SimpleSiOxidation/SimpleSiOxidation.h"
+#include "Core/Operations/SiOxidation/SimpleSiOxidation.h"
 #include "Util/IObserver.h"
 
 #include <utility>

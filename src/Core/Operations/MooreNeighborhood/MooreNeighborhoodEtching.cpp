@@ -1,4 +1,4 @@
-#include "Core/Operations/MooreNeighborhoodEtching/MooreNeighborhoodEtching.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodEtching.h"
 
 #include <boost/bind/bind.hpp>
 
@@ -24,7 +24,7 @@ MooreNeighborhoodEtching::MooreNeighborhoodEtching(Model::Automaton::TotalVolume
 void MooreNeighborhoodEtching::runEtching()
 {
     using namespace boost::placeholders;
-    const LayerFront::TakenVoxels voxels(m_front);
+    const TakenVoxels voxels = m_front.takeVoxels();
     m_front.strips().runPhase(
         boost::bind(&MooreNeighborhoodEtching::runPartialInitialization, this, _1, _2, _3));
     for (std::int32_t step = 0; step < m_steps; ++step)

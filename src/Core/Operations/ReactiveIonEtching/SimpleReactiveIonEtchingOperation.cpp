@@ -1,6 +1,7 @@
-#include "Core/Operations/SimpleReactiveIonEtching/SimpleReactiveIonEtchingOperation.h"
+#include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtchingOperation.h"
 
-#include "Core/Operations/SimpleReactiveIonEtching/SimpleReactiveIonEtching.h"
+#include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtching.h"
+#include "Model/Automaton/Voxel.h"
 #include "Util/IObserver.h"
 
 #include <algorithm>
@@ -10,8 +11,6 @@
 namespace Core::Operations {
 
 namespace {
-
-constexpr std::uint32_t Silicon = 1;
 
 std::uint32_t stepsOf(double depth)
 {
@@ -75,7 +74,7 @@ void SimpleReactiveIonEtchingOperation::end()
     SimpleReactiveIonEtching(m_sequence.volume().get(), m_material, stepsOf(m_depth),
                              m_etchDirections)
         .runEtching();
-    m_sequence.finish(m_material == Silicon);
+    m_sequence.finish(m_material == Model::Automaton::Voxel::Silicon);
 }
 
 } // namespace Core::Operations

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Operations/MooreProcessOperation.h"
+#include "Core/Operations/MooreNeighborhood/MooreProcessOperation.h"
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-#include "Core/Operations/MooreNeighborhoodDeposition/MooreNeighborhoodDeposition.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodDeposition.h"
 
 #include <QDebug>
 
@@ -26,11 +26,11 @@ MooreNeighborhoodDeposition::MooreNeighborhoodDeposition(Model::Automaton::Total
 void MooreNeighborhoodDeposition::runDeposition()
 {
     using namespace boost::placeholders;
-    const LayerFront::TakenVoxels voxels(m_front);
-    qDebug() << "Steps to run " << m_steps;
-    qDebug() << "Threads " << m_front.strips().threads();
-    qDebug() << "Strips per thread " << m_front.strips().stripWidth();
-    qDebug() << "Deposited material id " << m_material;
+    const TakenVoxels voxels = m_front.takeVoxels();
+    qDebug().nospace() << "Steps to run " << m_steps;
+    qDebug().nospace() << "Threads " << m_front.strips().threads();
+    qDebug().nospace() << "Strips per thread " << m_front.strips().stripWidth();
+    qDebug().nospace() << "Deposited material id " << m_material;
     m_front.strips().runPhase(
         boost::bind(&MooreNeighborhoodDeposition::runPartialInitialization, this, _1, _2, _3));
     for (std::int32_t step = 0; step < m_steps; ++step)

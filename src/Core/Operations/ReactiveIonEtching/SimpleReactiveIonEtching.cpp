@@ -1,4 +1,4 @@
-#include "Core/Operations/SimpleReactiveIonEtching/SimpleReactiveIonEtching.h"
+#include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtching.h"
 
 #include <QDebug>
 #include <QFuture>
@@ -33,7 +33,7 @@ SimpleReactiveIonEtching::SimpleReactiveIonEtching(Model::Automaton::TotalVolume
 
 void SimpleReactiveIonEtching::runEtching()
 {
-    const ColumnFront::TakenVoxels voxels(m_front);
+    const TakenVoxels voxels = m_front.takeVoxels();
     runPhase(&SimpleReactiveIonEtching::runPartialInitialization);
     for (std::uint32_t step = 0; step < m_steps; ++step)
         runPhase(&SimpleReactiveIonEtching::runPartialEtchingStep);
@@ -65,7 +65,8 @@ void SimpleReactiveIonEtching::runPartialEtchingStep(std::uint32_t strip)
     m_front.stepStrip(
         strip, [=](std::size_t /*column*/) { return fromBelow; },
         [=](std::size_t /*column*/) { return fromTop; });
-    qDebug() << "Surface list size for thread " << strip << ": " << m_front.listSize(strip);
+    qDebug().nospace() << "Surface list size for thread " << strip << ": "
+                       << m_front.listSize(strip);
 }
 
 std::uint32_t SimpleReactiveIonEtching::start(std::uint32_t strip) const

@@ -1,6 +1,6 @@
-#include "Core/Operations/MooreNeighborhoodDeposition/MooreNeighborhoodDepositionOperation.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodDepositionOperation.h"
 
-#include "Core/Operations/MooreNeighborhoodDeposition/MooreNeighborhoodDeposition.h"
+#include "Core/Operations/MooreNeighborhood/MooreNeighborhoodDeposition.h"
 
 namespace Core::Operations {
 

@@ -1,8 +1,8 @@
-#include "Core/Operations/SimpleSiOxidation/SimpleSiOxidation.h"
+#include "Core/Operations/SiOxidation/SimpleSiOxidation.h"
 
 #include "Core/Operations/CellularProcess/CellRuns.h"
 #include "Core/Operations/CellularProcess/DistanceFrontSteps.h"
-#include "Core/Operations/SimpleSiOxidation/OxideGrowth.h"
+#include "Core/Operations/SiOxidation/OxideGrowth.h"
 #include "Model/Automaton/TotalVolume.h"
 
 #include <QDebug>
@@ -41,8 +41,7 @@ struct OxidationRules
         return cell.material() != 0 ? solidLimit : voidLimit;
     }
     void accept(const Model::Automaton::Voxel & /*cell*/, Model::Automaton::Voxel & /*next*/) const
-    {
-    }
+    {}
     /// Asked where a material has changed.
     bool passes(std::uint32_t /*material*/) const { return true; }
 };
@@ -88,7 +87,7 @@ void SimpleSiOxidation::oxidateTo(double thickness)
     // Also so for what is not a number.
     if (!(thickness > smallestCellSize(*m_volume)))
         return;
-    const DistanceFront::TakenVoxels voxels(m_front);
+    const TakenVoxels voxels = m_front.takeVoxels();
     const std::uint64_t stepCount = m_front.stepCount(thickness);
     m_thickness = thickness;
     m_front.strips().runPhase(

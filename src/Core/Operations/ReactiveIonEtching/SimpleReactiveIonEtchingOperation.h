@@ -21,7 +21,8 @@ public:
 
     void setObserver(boost::shared_ptr<Util::IObserver> observer);
 
-    /// Cells; the fraction is cut off. What is negative or not a number etches nothing.
+    /// Cells; the fraction is cut off, and what is beyond 32 bits. What is negative or not a number
+    /// etches nothing.
     void setDepth(double depth);
     void setMaterial(std::uint32_t material);
     /// Each of the two adds its direction, or takes both away. So an etching from below alone, as
@@ -39,6 +40,7 @@ private:
     boost::shared_ptr<Util::IObserver> m_observer;
     std::uint32_t m_material = 0;
     double m_depth = 0.0;
+    /// From the top.
     std::uint8_t m_etchDirections = 1;
     bool m_materialSet = false;
     bool m_depthSet = false;

@@ -19,8 +19,9 @@ public:
     static constexpr std::uint8_t FromTop = 1;
     static constexpr std::uint8_t FromBelow = 2;
 
-    /// `material` is the id of the film's material, `steps` in cells. The volume is not owned; its
-    /// cells are not touched yet.
+    /// `material` is the id of the film's material, `steps` in cells. Other bits of
+    /// `etchDirections` than the two mean nothing; with neither of them nothing is etched. The
+    /// volume is not owned; its cells are not touched yet.
     SimpleReactiveIonEtching(Model::Automaton::TotalVolume *volume, std::uint32_t material,
                              std::uint32_t steps, std::uint8_t etchDirections);
 
