@@ -68,18 +68,12 @@ const Run Runs[] = {
     [](TotalVolume *volume) {
         Core::Operations::Photolithography(volume, 3, {}, 0, 0, {}, 0, 0).runDevelopment();
     },
-    [](TotalVolume *volume) {
-        Core::Operations::Planarization(volume, 5, 1).runPlanarization();
-    },
+    [](TotalVolume *volume) { Core::Operations::Planarization(volume, 5, 1).runPlanarization(); },
     [](TotalVolume *volume) {
         Core::Operations::SimpleReactiveIonEtching(volume, 3, 4, 3).runEtching();
     },
-    [](TotalVolume *volume) {
-        Core::Operations::SimpleSiOxidation(volume, 100.0).oxidateTo(4.0);
-    },
-    [](TotalVolume *volume) {
-        Core::Operations::SimpleDoping(volume, 14, 4.0f).runDoping();
-    },
+    [](TotalVolume *volume) { Core::Operations::SimpleSiOxidation(volume, 100.0).oxidateTo(4.0); },
+    [](TotalVolume *volume) { Core::Operations::SimpleDoping(volume, 14, 4.0f).runDoping(); },
     [](TotalVolume *volume) { Core::Operations::SpinCoating(volume, 3, 5).runDeposition(); },
 };
 

@@ -1,4 +1,4 @@
-#include "Core/Operations/SimpleSiOxidation/SimpleSiOxidationOperation.h"
+#include "Core/Operations/SiOxidation/SimpleSiOxidationOperation.h"
 
 #include "PlainProcessSuite.h"
 

@@ -3,7 +3,7 @@
 namespace Model::Automaton {
 class TotalVolume;
 class Voxel;
-}
+} // namespace Model::Automaton
 
 namespace Core::Operations {
 
