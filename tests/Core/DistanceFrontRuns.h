@@ -69,9 +69,10 @@ inline Case caseOf(const Support::Grid &grid, const Process &process,
 
 /// Cells that earlier processes left behind: nothing of it but the material may matter. The atoms
 /// tell every cell of every array from all others.
-inline Cells leftoversIn(const Materials &materials, std::int32_t firstAtoms)
+inline Cells leftoversIn(const Materials &materials, std::int32_t firstAtoms,
+                         std::uint32_t seed = 7)
 {
-    std::mt19937 random(7);
+    std::mt19937 random(seed);
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const std::array<float, 5> distances = {0.0f, -1.0f, 0.5f, 1e30f, nan};
     const auto draw = [&] { return distances[random() % distances.size()]; };
@@ -91,7 +92,7 @@ inline Cells leftovers(const Case &given)
 }
 inline Cells nextLeftovers(const Case &given)
 {
-    return leftoversIn(given.materials, 1000000);
+    return leftoversIn(given.materials, 1000000, 8);
 }
 
 inline void write(Voxel *voxels, const Cells &cells)
@@ -122,14 +123,16 @@ inline Cells read(const Voxel *voxels, std::size_t count)
 class Sample final
 {
 public:
-    explicit Sample(const Case &given)
+    explicit Sample(const Case &given) : Sample(given, leftovers(given), nextLeftovers(given)) {}
+    /// With other cells in the two arrays.
+    Sample(const Case &given, const Cells &voxels, const Cells &nextVoxels)
         : m_given(given),
           m_volume(Support::makeVolume(given.grid, given.materials))
     {
         m_voxelsArray = m_volume->voxels();
         m_nextVoxelsArray = m_volume->nextVoxels();
-        write(m_voxelsArray, leftovers(given));
-        write(m_nextVoxelsArray, nextLeftovers(given));
+        write(m_voxelsArray, voxels);
+        write(m_nextVoxelsArray, nextVoxels);
         release();
     }
 

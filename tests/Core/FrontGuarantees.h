@@ -10,12 +10,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <vector>
 
 namespace DistanceFrontRule {
 
-/// What is known of a run that deposits a film, before it runs.
+/// What is known of a run that takes cells for a film, before it runs.
 struct FilmFront
 {
     Support::Grid grid;
@@ -31,8 +32,16 @@ struct FilmFront
     Cells initialized;
     std::vector<int> firstCells;
     Cells oneStrip;
+    /// What a cell that is taken becomes, but for its vector: of the film, if there is no function.
+    std::function<Cell(const Cell &)> taken = nullptr;
+    /// The longest squared vector that a cell may take: that of the thickness, if there is none.
+    std::function<float(const Cell &)> limit2 = nullptr;
+    /// The cells of `nextVoxels` when the run begins, if they differ from `voxels`: a step may copy
+    /// those of its list without taking them.
+    Cells initializedNext = {};
 };
 
+<<<<<<< HEAD
 /// What holds of a film for every order in which threads may run the strips. A cell at the border
 /// of a strip may be listed late or never, and may be read before or after its strip has written
 /// it, so that the cells around it can come out otherwise than with one strip, in either direction.
@@ -41,6 +50,18 @@ struct FilmFront
 ///   moment. So it is the sum along a way from a source through empty cells, none of whose parts is
 ///   longer than the thickness.
 /// - What the first step visits, with a source at a face, changes then.
+=======
+/// What holds of a film for every order in which threads may run the strips. A cell at the border of
+/// a strip may be listed late or never, and may be read before or after its strip has written it, so
+/// that the cells around it can come out otherwise than with one strip, in either direction. But:
+/// - Only cells that are open to the front change, which a film finds empty, and to what they are to
+///   become.
+/// - The vector of a cell is that of a face neighbor and a step, for that neighbor's vector at some
+///   moment. So it is the sum along a way through open cells from what a cell held at the beginning,
+///   none of whose parts is longer than the thickness.
+/// - What the first step visits, with a source at a face, changes then. Where the arrays differ, a
+///   source of another strip may be gone by then.
+>>>>>>> 97ef708 (Tests: Let front guarantees serve processes that dope)
 /// - News go one cell a step, so that a cell further from every border than there are steps is that
 ///   of one strip.
 class FrontGuarantees final
@@ -88,21 +109,32 @@ private:
         return first.reached && first.distance == Vector{0.0f, 0.0f, 0.0f};
     }
 
+    bool isInStripOf(int cell, const Place &other) const
+    {
+        const int x = placeOf(m_front.grid, cell).x;
+        for (const Strip &strip : m_front.strips)
+            if (x >= strip.start && x < strip.end)
+                return other.x >= strip.start && other.x < strip.end;
+        return false;
+    }
+
     /// The vector that the cell can have from its face neighbor of that row; whether it is within
-    /// the thickness.
-    bool stepTo(const Vector &from, std::size_t row, Vector &distance) const
+    /// the limit.
+    bool stepTo(int cell, const Vector &from, std::size_t row, Vector &distance) const
     {
         for (std::size_t axis = 0; axis < 3; ++axis)
             distance[axis] = from[axis] + m_front.stepVectors[row][axis];
-        return squaredLength(distance) <= m_front.thickness * m_front.thickness;
+        return squaredLength(distance) <= (m_front.limit2
+                                               ? m_front.limit2(m_front.initialized[cell])
+                                               : m_front.thickness * m_front.thickness);
     }
 
     void findWays()
     {
         std::vector<Reached> open;
-        for (int cell = 0; cell < int(m_front.grid.cells()); ++cell)
-            if (isSource(cell))
-                open.push_back({cell, {0.0f, 0.0f, 0.0f}});
+        for (const Cells *cells : {&m_front.initialized, &m_front.initializedNext})
+            for (int cell = 0; cell < int(cells->size()); ++cell)
+                open.push_back({cell, (*cells)[cell].distance});
         while (!open.empty()) {
             const Reached from = open.back();
             open.pop_back();
@@ -113,7 +145,7 @@ private:
                     continue;
                 Reached next = {indexOf(m_front.grid, to), {}};
                 if (m_front.initialized[next.cell].reached ||
-                    !stepTo(from.distance, row, next.distance))
+                    !stepTo(next.cell, from.distance, row, next.distance))
                     continue;
                 if (m_ways.insert(next).second)
                     open.push_back(next);
@@ -130,7 +162,9 @@ private:
             const Place other = placeOf(m_front.grid, cell) + faceNeighbors[row];
             Vector distance;
             if (isInside(m_front.grid, other) && isSource(indexOf(m_front.grid, other)) &&
-                stepTo({0.0f, 0.0f, 0.0f}, row, distance))
+                (m_front.initializedNext.empty() || isInStripOf(cell, other)) &&
+                stepTo(cell, {0.0f, 0.0f, 0.0f}, row, distance) &&
+                squaredLength(distance) < squaredLength(m_front.initialized[cell].distance))
                 return true;
         }
         return false;
@@ -141,15 +175,18 @@ private:
         const Cell &first = m_front.initialized[cell];
         if (isBeyondNews(cell) && !hasSameMaterialAndFront(now, m_front.oneStrip[cell]))
             return testing::AssertionFailure() << "is not that of one strip";
-        if (hasSameMaterialAndFront(now, first)) {
+        if (hasSameMaterialAndFront(now, first) ||
+            (!m_front.initializedNext.empty() &&
+             hasSameMaterialAndFront(now, m_front.initializedNext[cell]))) {
             return changesInTheFirstStep(cell)
                        ? testing::AssertionFailure() << "has a source at a face"
                        : testing::AssertionSuccess();
         }
-        if (first.material != 0)
-            return testing::AssertionFailure() << "was filled";
-        if (now.material != m_front.film || now.reached)
-            return testing::AssertionFailure() << "neither as before nor of the film";
+        if (first.reached)
+            return testing::AssertionFailure() << "is not open to the front";
+        const Cell taken = m_front.taken ? m_front.taken(first) : Cell{m_front.film};
+        if (now.material != taken.material || now.reached != taken.reached)
+            return testing::AssertionFailure() << "neither as before nor taken";
         return m_ways.count({cell, now.distance}) != 0
                    ? testing::AssertionSuccess()
                    : testing::AssertionFailure() << "has a vector that no way makes";
