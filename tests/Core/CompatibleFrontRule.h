@@ -12,8 +12,8 @@
 #include <set>
 #include <vector>
 
-/// The rules of the processes that a list of compatible materials decides about, stated plainly: one
-/// list of cells a strip, two arrays, every test for every cell. Slow, and meant to be read.
+/// The rules of the processes that a list of compatible materials decides about, stated plainly:
+/// one list of cells a strip, two arrays, every test for every cell. Slow, and meant to be read.
 namespace CompatibleFrontRule {
 
 using DistanceFrontRule::Cell;

@@ -7,8 +7,8 @@
 #include "OxidationRule.h"
 
 #include "Core/Operations/IonImplantation/IonImplantation.h"
+#include "Core/Operations/SiOxidation/SimpleSiOxidation.h"
 #include "Core/Operations/SimpleDoping/SimpleDoping.h"
-#include "Core/Operations/SimpleSiOxidation/SimpleSiOxidation.h"
 #include "Model/Process/ProcessFactory.h"
 #include "Support/Volumes.h"
 
@@ -216,8 +216,8 @@ void expectSame(const Case<Process> &given, const Sample &sample, const Front &r
     EXPECT_TRUE(agree(given.base(), sample.nextVoxels(), rule.nextVoxels(), hasSameFields));
 }
 
-/// Runs with one strip, on the pool and on the calling thread, on what earlier processes left and on
-/// a fresh volume, and compares with the rule.
+/// Runs with one strip, on the pool and on the calling thread, on what earlier processes left and
+/// on a fresh volume, and compares with the rule.
 template <typename Process>
 void expectRule(const Case<Process> &given)
 {
@@ -269,9 +269,9 @@ void expectUnchanged(const Case<Process> &given)
     expectRule(given);
 }
 
-/// Runs on a fresh volume, on as many threads as told, and expects what holds for every order of the
-/// strips. Cell sizes have to be powers of two. undoTheEnd(rule, cells) puts right in the cells that a
-/// run has left what comes after the last step.
+/// Runs on a fresh volume, on as many threads as told, and expects what holds for every order of
+/// the strips. Cell sizes have to be powers of two. undoTheEnd(rule, cells) puts right in the cells
+/// that a run has left what comes after the last step.
 template <typename Process, typename Undo>
 void expectGuarantees(const Case<Process> &given, int threads, float farthest,
                       bool differAtTheStart, const Undo &undoTheEnd)

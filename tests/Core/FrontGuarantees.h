@@ -41,27 +41,17 @@ struct FilmFront
     Cells initializedNext = {};
 };
 
-<<<<<<< HEAD
 /// What holds of a film for every order in which threads may run the strips. A cell at the border
 /// of a strip may be listed late or never, and may be read before or after its strip has written
 /// it, so that the cells around it can come out otherwise than with one strip, in either direction.
-/// But: - Only empty cells change, and to the film. - The vector of a cell is that of a face
-/// neighbor and a step, for that neighbor's vector at some
-///   moment. So it is the sum along a way from a source through empty cells, none of whose parts is
-///   longer than the thickness.
-/// - What the first step visits, with a source at a face, changes then.
-=======
-/// What holds of a film for every order in which threads may run the strips. A cell at the border of
-/// a strip may be listed late or never, and may be read before or after its strip has written it, so
-/// that the cells around it can come out otherwise than with one strip, in either direction. But:
-/// - Only cells that are open to the front change, which a film finds empty, and to what they are to
+/// But: - Only cells that are open to the front change, which a film finds empty, and to what they
+/// are to
 ///   become.
 /// - The vector of a cell is that of a face neighbor and a step, for that neighbor's vector at some
 ///   moment. So it is the sum along a way through open cells from what a cell held at the beginning,
 ///   none of whose parts is longer than the thickness.
 /// - What the first step visits, with a source at a face, changes then. Where the arrays differ, a
 ///   source of another strip may be gone by then.
->>>>>>> 97ef708 (Tests: Let front guarantees serve processes that dope)
 /// - News go one cell a step, so that a cell further from every border than there are steps is that
 ///   of one strip.
 class FrontGuarantees final

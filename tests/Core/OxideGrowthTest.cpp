@@ -1,4 +1,4 @@
-#include "Core/Operations/SimpleSiOxidation/OxideGrowth.h"
+#include "Core/Operations/SiOxidation/OxideGrowth.h"
 
 #include "OxideGrowthRule.h"
 

@@ -1,4 +1,4 @@
-#include "Core/Operations/SimpleSiOxidation/SimpleSiOxidation.h"
+#include "Core/Operations/SiOxidation/SimpleSiOxidation.h"
 
 #include "CompatibleFrontRule.h"
 #include "CompatibleRuns.h"
