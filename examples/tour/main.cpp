@@ -1,3 +1,6 @@
+#include "ProcessStops.h"
+#include "Stage.h"
+
 #include "Support/Volumes.h"
 #include "Support/WindowDriver.h"
 
@@ -17,14 +20,12 @@
 
 #include <boost/pointer_cast.hpp>
 
-#include <algorithm>
 #include <cstdint>
 #include <exception>
-#include <stdexcept>
-#include <string>
 
 namespace {
 
+using LitharaTour::Stage;
 using Support::DialogAnswer;
 using Support::WindowDriver;
 
@@ -35,7 +36,7 @@ constexpr std::uint32_t Gold = 9;
 class Tour
 {
 public:
-    explicit Tour(const QDir &folder) : m_folder(folder), m_driver(QSize(1280, 1024)) {}
+    explicit Tour(const QDir &folder) : m_stage(folder) {}
 
     void play()
     {
@@ -45,6 +46,8 @@ public:
         isotropicFilms();
         editing();
         savingAndOpening();
+        LitharaTour::surfaceMicromachinedBridge(m_stage);
+        LitharaTour::dopedOpening(m_stage);
     }
 
 private:
@@ -144,7 +147,7 @@ private:
 
     void savingAndOpening()
     {
-        const QString file = m_folder.filePath("tour.lth");
+        const QString file = m_stage.filePath("tour.lth");
         m_driver.trigger("actionSave_as", {DialogAnswer().fileName(file).accept()});
         expect(m_driver.window().windowTitle() == "Lithara  " + file, "the title names the file");
         m_driver.trigger("actionOpen", {DialogAnswer().fileName(file).accept()});
@@ -169,39 +172,13 @@ private:
         QFile::remove(file);
     }
 
-    /// Picks the volume that lies in the middle of the view.
-    void selectVolume()
-    {
-        m_driver.trigger("actionSelect");
-        m_driver.click(m_driver.viewCenter());
-        expect(m_driver.workspace().pointer().selectedObjects().size() == 1,
-               "a click selects the volume");
-    }
+    void selectVolume() { m_stage.selectVolume(); }
+    std::size_t cellsOf(std::uint32_t material) { return m_stage.cellsOf(material); }
+    void save(const QString &name, const QImage &picture) { m_stage.save(name, picture); }
+    static void expect(bool holds, const char *what) { Stage::expect(holds, what); }
 
-    std::size_t cellsOf(std::uint32_t material)
-    {
-        const auto materials = m_driver.materials();
-        return static_cast<std::size_t>(std::count(materials.begin(), materials.end(), material));
-    }
-
-    void save(const QString &name, const QImage &picture)
-    {
-        ++m_pictures;
-        const QString file =
-            QStringLiteral("%1-%2.png").arg(m_pictures, 2, 10, QLatin1Char('0')).arg(name);
-        expect(picture.save(m_folder.filePath(file)), "a picture can be saved");
-        QTextStream(stdout) << m_folder.filePath(file) << '\n';
-    }
-
-    static void expect(bool holds, const char *what)
-    {
-        if (!holds)
-            throw std::runtime_error(std::string("not so: ") + what);
-    }
-
-    QDir m_folder;
-    WindowDriver m_driver;
-    int m_pictures = 0;
+    Stage m_stage;
+    WindowDriver &m_driver = m_stage.driver();
 };
 
 } // namespace
