@@ -34,36 +34,31 @@ QString saveMask(Stage &stage, const QString &name, QColor around, const QRect &
 
 DialogAnswer film(const char *material, const char *thickness)
 {
-    return DialogAnswer()
-        .choose("cbxMaterial", material)
-        .type("dblThickness", thickness)
-        .accept();
+    return DialogAnswer().choose("cbxMaterial", material).type("dblThickness", thickness).accept();
 }
 
 /// Pours resist, exposes it through the mask and develops it.
 void pattern(Stage &stage, const char *height, const QString &mask)
 {
-    stage.process("actionSpin_Coating", DialogAnswer()
-                                            .choose("cbxMaterial", "Photoresist +")
-                                            .type("sbxHeight", height)
-                                            .accept());
-    stage.process("actionPhotolithography",
-                  DialogAnswer()
-                      .choose("cbxMaterial", "Photoresist +")
-                      .type("ledTopMask", mask)
-                      .click("btnApplyTopMask")
-                      .look([&stage](QWidget & /*dialog*/) {
-                          stage.save("mask-over-the-wafer", stage.driver().picture());
-                      })
-                      .accept());
+    stage.process(
+        "actionSpin_Coating",
+        DialogAnswer().choose("cbxMaterial", "Photoresist +").type("sbxHeight", height).accept());
+    stage.process("actionPhotolithography", DialogAnswer()
+                                                .choose("cbxMaterial", "Photoresist +")
+                                                .type("ledTopMask", mask)
+                                                .click("btnApplyTopMask")
+                                                .look([&stage](QWidget & /*dialog*/) {
+                                                    stage.save("mask-over-the-wafer",
+                                                               stage.driver().picture());
+                                                })
+                                                .accept());
     QFile::remove(mask);
 }
 
 void etchFromTop(Stage &stage, const char *material, const char *depth)
 {
-    stage.process(
-        "actionSimple_RIE",
-        DialogAnswer().choose("cbxMaterial", material).type("sbxDepth", depth).accept());
+    stage.process("actionSimple_RIE",
+                  DialogAnswer().choose("cbxMaterial", material).type("sbxDepth", depth).accept());
 }
 
 void stripResist(Stage &stage)
@@ -81,8 +76,7 @@ void surfaceMicromachinedBridge(Stage &stage)
     stage.startWithWafer();
     stage.process("actionCVD", film("Thermal Si02", "8"));
     const std::size_t sacrificial = stage.cellsOf(Oxide);
-    pattern(stage, "46",
-            saveMask(stage, "oxide.png", Qt::white, QRect(35, 0, 30, 100), Qt::black));
+    pattern(stage, "46", saveMask(stage, "oxide.png", Qt::white, QRect(35, 0, 30, 100), Qt::black));
     etchFromTop(stage, "Thermal Si02", "10");
     stripResist(stage);
     Stage::expect(stage.cellsOf(Oxide) == sacrificial * 3 / 10, "a strip of oxide is left");
@@ -92,8 +86,7 @@ void surfaceMicromachinedBridge(Stage &stage)
     stage.process("actionPlanarization", DialogAnswer().type("sbxMaximumHeight", "44").accept());
     Stage::expect(stage.materialAt(50, 50, 43) == PolySilicon, "the ridge is cut flat");
     Stage::expect(stage.materialAt(50, 50, 44) == 0, "nothing is left above the ridge");
-    pattern(stage, "52",
-            saveMask(stage, "beam.png", Qt::white, QRect(0, 40, 100, 20), Qt::red));
+    pattern(stage, "52", saveMask(stage, "beam.png", Qt::white, QRect(0, 40, 100, 20), Qt::red));
     etchFromTop(stage, "Poly-Si", "20");
     stripResist(stage);
     stage.save("beam-over-oxide", stage.driver().picture());
@@ -124,10 +117,9 @@ void dopedOpening(Stage &stage)
     etchFromTop(stage, "Thermal Si02", "4");
     Stage::expect(stage.materialAt(50, 50, 30) == 0, "the oxide is open, too");
 
-    stage.process("actionDoping", DialogAnswer()
-                                      .choose("cbxMaterial", "P-doped Si (100)")
-                                      .type("dblDepth", "6")
-                                      .accept());
+    stage.process(
+        "actionDoping",
+        DialogAnswer().choose("cbxMaterial", "P-doped Si (100)").type("dblDepth", "6").accept());
     Stage::expect(stage.materialAt(50, 50, 29) == PDoped, "the opening is doped");
     Stage::expect(stage.materialAt(20, 20, 29) == Silicon, "the oxide masks the rest");
     stage.save("doped-opening", stage.driver().picture());

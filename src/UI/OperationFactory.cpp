@@ -8,14 +8,18 @@
 #include "Core/Operations/Document/SaveDocumentAsOperation.h"
 #include "Core/Operations/Document/SaveDocumentOperation.h"
 #include "Core/Operations/Electrodeposition/ElectrodepositionOperation.h"
+#include "Core/Operations/IonImplantation/IonImplantationOperation.h"
 #include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDepositionOperation.h"
 #include "Core/Operations/IsotropicFilmEtching/IsotropicFilmEtchingOperation.h"
 #include "Core/Operations/MooreNeighborhood/MooreNeighborhoodDepositionOperation.h"
 #include "Core/Operations/MooreNeighborhood/MooreNeighborhoodEtchingOperation.h"
 #include "Core/Operations/MoveObject.h"
+#include "Core/Operations/Photolithography/PhotolithographyOperation.h"
 #include "Core/Operations/Planarization/PlanarizationOperation.h"
 #include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtchingOperation.h"
 #include "Core/Operations/SelectVolumesOperation.h"
+#include "Core/Operations/SiOxidation/SimpleSiOxidationOperation.h"
+#include "Core/Operations/SimpleDoping/DopingOperation.h"
 #include "Core/Operations/SpinCoating/SpinCoatingOperation.h"
 #include "UI/MainWindow.h"
 #include "UI/MainWindowPresenter.h"
@@ -23,12 +27,16 @@
 #include "UI/Observers/CreateSubstrateObserver.h"
 #include "UI/Observers/DocumentOpenedObserver.h"
 #include "UI/Observers/DocumentSavedObserver.h"
+#include "UI/Observers/DopingOptionsObserver.h"
 #include "UI/Observers/ElectrodepositionObserver.h"
+#include "UI/Observers/IonImplantationOptionsObserver.h"
 #include "UI/Observers/IsotropicFilmDepositionObserver.h"
 #include "UI/Observers/IsotropicFilmEtchingObserver.h"
 #include "UI/Observers/MooreDepositionObserver.h"
 #include "UI/Observers/MooreEtchingObserver.h"
+#include "UI/Observers/PhotolithographyObserver.h"
 #include "UI/Observers/PlanarizationObserver.h"
+#include "UI/Observers/SiOxidationObserver.h"
 #include "UI/Observers/SimpleRIEObserver.h"
 #include "UI/Observers/SpinCoatingObserver.h"
 
@@ -74,6 +82,9 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
     case 2:
         return makeObserved<CreateSubstrateOperation, Observers::CreateSubstrateObserver>(
             *m_presenter);
+    case 3:
+        return makeObserved<IonImplantationOperation, Observers::IonImplantationOptionsObserver>(
+            *m_presenter);
     case 4:
         return boost::make_shared<DeleteObject>(workspace);
     case 7:
@@ -94,11 +105,16 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
     case 15:
         return makeObserved<ElectrodepositionOperation, Observers::ElectrodepositionObserver>(
             *m_presenter);
+    case 17:
+        return makeObserved<DopingOperation, Observers::DopingOptionsObserver>(*m_presenter);
     case 18:
         return makeObserved<MooreNeighborhoodDepositionOperation,
                             Observers::MooreDepositionObserver>(*m_presenter);
     case 19:
         return makeObserved<MooreNeighborhoodEtchingOperation, Observers::MooreEtchingObserver>(
+            *m_presenter);
+    case 20:
+        return makeObserved<PhotolithographyOperation, Observers::PhotolithographyObserver>(
             *m_presenter);
     case 22:
         return makeObserved<PlanarizationOperation, Observers::PlanarizationObserver>(*m_presenter);
@@ -106,6 +122,9 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
         return makeObserved<SpinCoatingOperation, Observers::SpinCoatingObserver>(*m_presenter);
     case 24:
         return boost::make_shared<SelectVolumesOperation>(workspace);
+    case 26:
+        return makeObserved<SimpleSiOxidationOperation, Observers::SiOxidationObserver>(
+            *m_presenter);
     case 27:
         return makeObserved<AnisotropicFilmDepositionOperation, Observers::CVDObserver>(
             *m_presenter);

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "UI/Observers/OptionsObserver.h"
+
+namespace Ui::Observers {
+
+/// Asks for the values of an oxidation and runs it. A rejected dialog leaves the operation current.
+class SiOxidationObserver final : public OptionsObserver
+{
+public:
+    using OptionsObserver::OptionsObserver;
+
+    void update() override;
+};
+
+} // namespace Ui::Observers
