@@ -72,11 +72,11 @@ BENCHMARK(BM_Photolithography)->Apply(atAllSizesAndThreads);
 void BM_Doping(benchmark::State &state)
 {
     const Size size = sizeOf(state.range(0));
-    measure(state, Benchmarks::trenchMaterials(size), Doped,
-            std::size_t{size.x} * size.y * 4 / 5 * Layers, [](TotalVolume &volume) {
-                Core::Operations::SimpleDoping(&volume, Doped, static_cast<float>(Layers))
-                    .runDoping();
-            });
+    measure(
+        state, Benchmarks::trenchMaterials(size), Doped,
+        std::size_t{size.x} * size.y * 4 / 5 * Layers, [](TotalVolume &volume) {
+            Core::Operations::SimpleDoping(&volume, Doped, static_cast<float>(Layers)).runDoping();
+        });
 }
 BENCHMARK(BM_Doping)->Apply(atAllSizesAndThreads);
 
@@ -95,8 +95,8 @@ void BM_Oxidation(benchmark::State &state)
 {
     const Size size = sizeOf(state.range(0));
     // 0.56 and 0.3 of the thickness, rounded down.
-    measure(state, Benchmarks::trenchMaterials(size), Oxide,
-            std::size_t{size.x} * size.y * (5 + 2), [](TotalVolume &volume) {
+    measure(state, Benchmarks::trenchMaterials(size), Oxide, std::size_t{size.x} * size.y * (5 + 2),
+            [](TotalVolume &volume) {
                 Core::Operations::SimpleSiOxidation(&volume, 1.0).oxidateTo(Layers);
             });
 }

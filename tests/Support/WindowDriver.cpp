@@ -229,6 +229,11 @@ void WindowDriver::watchDialogs()
             throw std::runtime_error("a dialog does not come up");
         // Fields commit their text when they lose the focus, which only an active window has.
         QApplication::setActiveWindow(dialog);
+        // A timer does not fire again while it is being served, so the dialogs that this one opens
+        // are watched by another.
+        QTimer inner;
+        QObject::connect(&inner, &QTimer::timeout, [this] { watchDialogs(); });
+        inner.start(DialogPoll);
         answer.playIn(*dialog);
     } catch (const std::exception &error) {
         m_failure = QString::fromUtf8(error.what());

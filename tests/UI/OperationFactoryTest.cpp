@@ -1,7 +1,10 @@
 #include "Support/WindowDriver.h"
 
+#include "Core/Operations/IonImplantation/IonImplantationOperation.h"
 #include "Core/Operations/ObjectOperation.h"
+#include "Core/Operations/Photolithography/PhotolithographyOperation.h"
 #include "Core/Operations/Planarization/PlanarizationOperation.h"
+#include "Core/Operations/SiOxidation/SimpleSiOxidationOperation.h"
 #include "Core/Operations/SpinCoating/SpinCoatingOperation.h"
 #include "Core/Workspace.h"
 #include "UI/MainWindow.h"
@@ -30,6 +33,7 @@ struct Row
 const Row Rows[] = {
     {1, "Copy Objects", 1, true},
     {2, "Create Substrate", 2, true},
+    {3, "Ion Implantation", 3, false},
     {4, "Delete Objects", 4, true},
     {7, "Move Objects", 7, true},
     {9, "Save document", 9, false},
@@ -38,11 +42,14 @@ const Row Rows[] = {
     {13, "Isotropic Deposition", 13, true},
     {14, "Isotropic Etching", 14, true},
     {15, "Electroplating", 15, true},
+    {17, "Doping", 17, true},
     {18, "Moore film deposition", 18, true},
     {19, "Moore film deposition", 19, true},
+    {20, "Photolithography", 20, false},
     {22, "Planarization", 22, false},
     {23, "Spin Coating", 23, false},
     {24, "Select volumes", 24, false},
+    {26, "Simple Si Oxidation", 26, false},
     {27, "Isotropic Deposition", 13, true},
     {30, "Simple RIE", 30, false},
 };
@@ -78,7 +85,10 @@ private:
 
 TEST_F(OperationFactoryTest, ClassWideSlotsAreOverwrittenAtEachCreation)
 {
+    using Core::Operations::IonImplantationOperation;
+    using Core::Operations::PhotolithographyOperation;
     using Core::Operations::PlanarizationOperation;
+    using Core::Operations::SimpleSiOxidationOperation;
     using Core::Operations::SpinCoatingOperation;
 
     m_driver.trigger("actionCreate_Substrate", {Support::DialogAnswer().accept()});
@@ -89,9 +99,16 @@ TEST_F(OperationFactoryTest, ClassWideSlotsAreOverwrittenAtEachCreation)
     int updates = 0;
     PlanarizationOperation::setObserver(boost::make_shared<Counter>(updates));
     SpinCoatingOperation::setObserver(boost::make_shared<Counter>(updates));
-    for (const char *action : {"actionPlanarization", "actionSpin_Coating"}) {
+    IonImplantationOperation::setObserver(boost::make_shared<Counter>(updates));
+    PhotolithographyOperation::setObserver(boost::make_shared<Counter>(updates));
+    SimpleSiOxidationOperation::setObserver(boost::make_shared<Counter>(updates));
+    for (const char *action :
+         {"actionPlanarization", "actionSpin_Coating", "actionIon_Implantation",
+          "actionPhotolithography", "actionSi_Oxidation"}) {
         select();
         m_driver.trigger(action, {Support::DialogAnswer().reject()});
+        // One that stays current would take the next selection with it.
+        m_driver.press(Qt::Key_Escape);
     }
     EXPECT_EQ(updates, 0);
 

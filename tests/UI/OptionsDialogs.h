@@ -89,6 +89,38 @@ inline QStringList tabOrder(QDialog &dialog)
     return names;
 }
 
+/// Those widgets, and no others, have the text as tool tip, status tip and what's-this.
+inline void expectHelp(const QDialog &dialog, const QStringList &names, const QString &text)
+{
+    QStringList tips;
+    QStringList statusTips;
+    QStringList explanations;
+    for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
+        if (widget->toolTip() == text)
+            tips << widget->objectName();
+        if (widget->statusTip() == text)
+            statusTips << widget->objectName();
+        if (widget->whatsThis() == text)
+            explanations << widget->objectName();
+    }
+    EXPECT_EQ(tips, names);
+    EXPECT_EQ(statusTips, names);
+    EXPECT_EQ(explanations, names);
+}
+
+/// Everything that is seen has the room that it asks for.
+inline void expectRoom(const QDialog &dialog)
+{
+    for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
+        if (!widget->isVisible() || !widget->parentWidget()->layout())
+            continue;
+        EXPECT_GE(widget->width(), widget->minimumSizeHint().width())
+            << widget->objectName().toStdString();
+        EXPECT_GE(widget->height(), widget->minimumSizeHint().height())
+            << widget->objectName().toStdString();
+    }
+}
+
 inline QPushButton *button(const QDialog &dialog, QDialogButtonBox::StandardButton which)
 {
     return find<QDialogButtonBox>(dialog, "buttonBox")->button(which);

@@ -37,15 +37,7 @@ TEST_F(SimpleRIEDialogTest, TheSizeIsFixed)
     EXPECT_EQ(m_dialog.size(), QSize(400, 280));
     EXPECT_EQ(m_dialog.minimumSize(), QSize(400, 280));
     EXPECT_EQ(m_dialog.maximumSize(), QSize(400, 280));
-    // Everything has the room that it asks for.
-    for (const QWidget *widget : m_dialog.findChildren<QWidget *>()) {
-        if (!widget->isVisible() || !widget->parentWidget()->layout())
-            continue;
-        EXPECT_GE(widget->width(), widget->minimumSizeHint().width())
-            << widget->objectName().toStdString();
-        EXPECT_GE(widget->height(), widget->minimumSizeHint().height())
-            << widget->objectName().toStdString();
-    }
+    OptionsDialogs::expectRoom(m_dialog);
 }
 
 TEST_F(SimpleRIEDialogTest, TheDepthStartsAtOne)

@@ -32,8 +32,8 @@ std::vector<bool> opaqueEntries(const QVector<QRgb> &table)
     return opaque;
 }
 
-/// Calls `mark` with x and the row, from the top, of each opaque pixel. Agrees with QImage::pixel(),
-/// and reads the common formats much faster.
+/// Calls `mark` with x and the row, from the top, of each opaque pixel. Agrees with
+/// QImage::pixel(), and reads the common formats much faster.
 template <typename Mark>
 void scan(const QImage &image, const Mark &mark)
 {

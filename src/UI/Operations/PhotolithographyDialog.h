@@ -32,8 +32,8 @@ class PhotolithographyDialog final : public QDialog
     Q_OBJECT
 
 public:
-    /// A mask as it was applied last. Without mask there are no bits, and the height is 0; the width
-    /// may be left from a mask that was removed.
+    /// A mask as it was applied last. Without mask there are no bits, and the height is 0; the
+    /// width may be left from a mask that was removed.
     struct Mask
     {
         /// As it stood in the field at the last Apply, also if the file could not be read.

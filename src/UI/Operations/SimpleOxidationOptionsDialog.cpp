@@ -9,6 +9,8 @@ SimpleOxidationOptionsDialog::SimpleOxidationOptionsDialog(QWidget *parent)
       m_form(std::make_unique<SimpleOxidationOptionsBaseDialog>())
 {
     m_form->setupUi(this);
+    // The keyboard starts at what is chosen.
+    m_form->rbtThickness->setFocus();
 }
 
 SimpleOxidationOptionsDialog::~SimpleOxidationOptionsDialog() = default;
