@@ -8,6 +8,7 @@
 
 #include <boost/bind/bind.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -71,16 +72,20 @@ void IonImplantation::runPartialInitialization(std::uint32_t start, std::uint32_
     const std::uint32_t words = cells.wordsInColumn();
     {
         const CellFront::Pass pass(cells, strip);
+        std::vector<FrontWord> carriers(words);
         for (std::uint32_t x = start; x < end; ++x)
             for (std::uint32_t y = 0; y < m_sizeY; ++y) {
-                implantColumn(x, y, strip);
+                std::fill(carriers.begin(), carriers.end(), 0);
+                // The bottom layer takes part with whatever it holds.
+                carriers.front() = 1;
+                implantColumn(x, y, strip, carriers);
                 const Voxel *column = m_front.voxels() + m_front.indexOf(x, y, 0);
                 for (std::uint32_t word = 0; word < words; ++word) {
                     cells.setPassable(x, y, word,
                                       cellsOf(column, m_sizeZ, word, [&](std::uint32_t material) {
                                           return m_compatibleSet.contains(material);
                                       }));
-                    m_front.carriers().set(x, y, word, carriersOf(column, word));
+                    m_front.carriers().set(x, y, word, carriers[word]);
                 }
             }
     }
@@ -88,7 +93,8 @@ void IonImplantation::runPartialInitialization(std::uint32_t start, std::uint32_
     cells.replaceSurfaceCells(strip);
 }
 
-void IonImplantation::implantColumn(std::uint32_t x, std::uint32_t y, std::uint32_t strip)
+void IonImplantation::implantColumn(std::uint32_t x, std::uint32_t y, std::uint32_t strip,
+                                    std::vector<FrontWord> &carriers)
 {
     const float far = m_annealingDistance;
     const Voxel::Front blocked{true, far, far, far};
@@ -109,11 +115,18 @@ void IonImplantation::implantColumn(std::uint32_t x, std::uint32_t y, std::uint3
     if (top == 0)
         top = m_sizeZ;
     std::uint32_t i = 0;
+    std::uint32_t lastMaterial = 0;
+    bool isCompatible = m_compatibleSet.contains(lastMaterial);
     for (std::uint32_t z = top; z >= 1; --z, ++i) {
         const std::size_t c = base + z;
         if (c >= cellCount)
             continue;
-        if (!m_compatibleSet.contains(voxels[c].material())) {
+        // Cells come in runs of a material.
+        if (voxels[c].material() != lastMaterial) {
+            lastMaterial = voxels[c].material();
+            isCompatible = m_compatibleSet.contains(lastMaterial);
+        }
+        if (!isCompatible) {
             voxels[c].setFront(blocked);
             nextVoxels[c].setFront(blocked);
             continue;
@@ -129,6 +142,8 @@ void IonImplantation::implantColumn(std::uint32_t x, std::uint32_t y, std::uint3
         nextVoxels[c].setFront(blocked);
         nextVoxels[c].setMaterial(m_material);
         enqueueNeighbors(c, strip);
+        if (z < m_sizeZ)
+            carriers[z / FrontWordBits] |= FrontWord{1} << z % FrontWordBits;
     }
 }
 
@@ -150,19 +165,6 @@ void IonImplantation::enqueueNeighbors(std::size_t c, std::uint32_t strip)
         if (m_compatibleSet.contains(m_front.voxels()[m_front.indexOf(nx, ny, nz)].material()))
             m_front.cells().enqueue(nx, {ny, nz}, strip);
     }
-}
-
-// What is implanted, and the bottom layer, which takes part with whatever it holds.
-FrontWord IonImplantation::carriersOf(const Voxel *column, std::uint32_t word) const
-{
-    FrontWord carriers = word == 0 ? 1 : 0;
-    const std::uint32_t first = word * FrontWordBits;
-    for (std::uint32_t bit = 0; bit < FrontWordBits && first + bit < m_sizeZ; ++bit) {
-        const Voxel &cell = column[first + bit];
-        if (cell.reached() && cell.material() == m_material)
-            carriers |= FrontWord{1} << bit;
-    }
-    return carriers;
 }
 
 void IonImplantation::runPartialDopingStep(std::uint32_t start, std::uint32_t end,

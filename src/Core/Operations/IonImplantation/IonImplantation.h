@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace Model::Automaton {
 class TotalVolume;
@@ -32,11 +33,11 @@ private:
 
     void runPartialInitialization(std::uint32_t start, std::uint32_t end, std::uint32_t strip);
     void runPartialDopingStep(std::uint32_t start, std::uint32_t end, std::uint32_t strip);
-    /// Writes the cells of a column but its lowest, and lists the neighbours of what is implanted.
-    void implantColumn(std::uint32_t x, std::uint32_t y, std::uint32_t strip);
+    /// Writes the cells of a column but its lowest, lists the neighbours of what is implanted, and
+    /// marks that in `carriers`, a bit a cell.
+    void implantColumn(std::uint32_t x, std::uint32_t y, std::uint32_t strip,
+                       std::vector<FrontWord> &carriers);
     void enqueueNeighbors(std::size_t c, std::uint32_t strip);
-    /// The cells of a word of a column that a distance may come from.
-    FrontWord carriersOf(const Voxel *column, std::uint32_t word) const;
 
     std::uint32_t m_material;
     float m_implantationDepth;
