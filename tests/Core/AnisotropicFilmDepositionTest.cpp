@@ -11,9 +11,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <future>
 #include <limits>
 #include <random>
 #include <vector>
@@ -179,6 +181,22 @@ TEST(AnisotropicFilmDepositionTest, TrenchAtThreeTimesTheRateGrowsFurtherAsideTh
     EXPECT_EQ(sample.at(leftWall + 7, 1, wallTop).material, film);
     EXPECT_EQ(sample.at(0, 1, wallTop + 3).material, 0U);
     expectRule(trench(10.0f, 3.0f));
+}
+
+TEST(AnisotropicFilmDepositionTest, RunWaitsForTheOtherArray)
+{
+    const auto volume =
+        Support::makeVolume({5, 5, 8}, [](auto, auto, auto z) { return z == 0 ? 1u : 0u; });
+    const std::size_t top = Support::Grid{5, 5, 8}.index(2, 2, 3);
+    volume->nextVoxels();
+    auto running = std::async(std::launch::async, [&] {
+        Core::Operations::AnisotropicFilmDeposition(volume.get(), 7, 3.0f, 0.5f, 1).runDeposition();
+    });
+    EXPECT_EQ(running.wait_for(std::chrono::milliseconds(30)), std::future_status::timeout);
+    volume->releaseNextVoxels();
+    running.get();
+    EXPECT_EQ(Support::materialsOf(*volume)[top], 7u);
+    EXPECT_EQ(Support::nextMaterialsOf(*volume)[top], 7u);
 }
 
 TEST(AnisotropicFilmDepositionTest, RatioOfZeroGrowsUpwardAlone)

@@ -2,6 +2,7 @@
 
 #include "LayerFrontRule.h"
 #include "LayerFrontSample.h"
+#include "PassRuns.h"
 #include "ReactiveIonEtchingRule.h"
 
 #include "Support/Volumes.h"
@@ -103,6 +104,20 @@ Support::MaterialRule maskedFilm(int top)
             return 3;
         return flatFilm(top)(x, y, z);
     };
+}
+
+TEST(SimpleReactiveIonEtchingTest, OneStripRunsOnThePoolToo)
+{
+    // Other processes leave the pool alone with one strip.
+    const auto volume =
+        Support::makeVolume({3, 3, 8}, [](auto, auto, auto z) { return z < 6 ? 2u : 0u; });
+    EXPECT_GE(
+        PassRuns::poolThreadsOf(
+            1,
+            [&] {
+                Core::Operations::SimpleReactiveIonEtching(volume.get(), 2, 400, 1).runEtching();
+            }),
+        1);
 }
 
 } // namespace
