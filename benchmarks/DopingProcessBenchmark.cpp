@@ -94,8 +94,8 @@ BENCHMARK(BM_IonImplantation)->Apply(atAllSizesAndThreads);
 void BM_Oxidation(benchmark::State &state)
 {
     const Size size = sizeOf(state.range(0));
-    // 0.56 and 0.3 of the thickness, rounded down.
-    measure(state, Benchmarks::trenchMaterials(size), Oxide, std::size_t{size.x} * size.y * (5 + 2),
+    // 0.56 of the thickness up and 0.3 of it down, in whole layers.
+    measure(state, Benchmarks::trenchMaterials(size), Oxide, std::size_t{size.x} * size.y * (5 + 3),
             [](TotalVolume &volume) {
                 Core::Operations::SimpleSiOxidation(&volume, 1.0).oxidateTo(Layers);
             });

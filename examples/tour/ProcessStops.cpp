@@ -129,7 +129,7 @@ void dopedOpening(Stage &stage)
                                             .type("dblTime", "2")
                                             .type("dblCellUnitsPerMicron", "100")
                                             .accept());
-    // 0.1055 microns: nearly six cells up and three down.
+    // 0.1055 microns: five cells up and four down.
     Stage::expect(stage.materialAt(50, 50, 34) == Oxide, "oxide grows out of the silicon");
     Stage::expect(stage.materialAt(50, 50, 28) == Oxide, "and into it");
 

@@ -52,8 +52,8 @@ TEST(CellBitsTest, TouchedCellsAreThoseWithANeighborAcrossAFace)
                         bitOf(bits, grid, x - 1, y, z) || bitOf(bits, grid, x + 1, y, z) ||
                         bitOf(bits, grid, x, y - 1, z) || bitOf(bits, grid, x, y + 1, z) ||
                         bitOf(bits, grid, x, y, z - 1) || bitOf(bits, grid, x, y, z + 1);
-                    const FrontWord touched = cells.touched(
-                        std::uint32_t(x), std::uint32_t(y), std::uint32_t(z) / FrontWordBits);
+                    const FrontWord touched = cells.touched(std::uint32_t(x), std::uint32_t(y),
+                                                            std::uint32_t(z) / FrontWordBits);
                     EXPECT_EQ((touched >> z % int(FrontWordBits) & 1) != 0, expected)
                         << x << ' ' << y << ' ' << z << " of " << grid.sizeZ;
                 }

@@ -211,7 +211,7 @@ TEST(SimpleSiOxidationTest, ThicknessNotAboveTheSmallestCellLocksNothing)
     }
 }
 
-TEST(SimpleSiOxidationTest, VolumeThatIsRunAsASingleStripGetsNoOxide)
+TEST(SimpleSiOxidationTest, VolumeWithFewerThanTwoLayersAThreadGetsNoOxide)
 {
     const Case<Oxidation> given = caseOf({7, 4, 16}, 6.0, waferOf(8));
     for (const int threads : {4, 5, 7, 50}) {

@@ -65,6 +65,16 @@ TEST(MaskImageTest, ExactRedAndExactBlackAloneAreOpaque)
     }
 }
 
+TEST(MaskImageTest, DarkGreyImageIsAllClear)
+{
+    QImage image(5, 3, QImage::Format_RGB32);
+    image.fill(QColor(1, 1, 1));
+    ASSERT_TRUE(image.save(path("dark.png")));
+    MaskImage loaded;
+    ASSERT_TRUE(loaded.load(path("dark.png")));
+    EXPECT_EQ(loaded.bits(), std::vector<bool>(15, false));
+}
+
 TEST(MaskImageTest, HowTransparentAPixelIsPlaysNoPart)
 {
     QImage image(6, 1, QImage::Format_ARGB32);

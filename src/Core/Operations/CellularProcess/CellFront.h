@@ -41,7 +41,8 @@ public:
 
     std::uint32_t wordsInColumn() const { return m_words; }
 
-    /// Makes the empty lists of a strip. Called once a strip, by its first phase.
+    /// Makes the empty lists of a strip. Called once a strip, by its first phase; within a Pass
+    /// if strips take from each other in that phase.
     void openStrip(std::int32_t start, std::int32_t end, std::uint32_t strip);
     /// A bit a cell of a plane of constant x, wordsInColumn() words a column.
     using Plane = std::vector<FrontWord>;

@@ -30,7 +30,8 @@ enum class CellStart
 
 /// What the distance-front engines share: the cell arrays of a run, its strips and lists, and the
 /// step that carries to every cell the vector to its nearest source. An engine is composed of one
-/// and gives it its rules, a plain class whose members are called in loops over cells:
+/// and gives it its rules, a plain class whose members are called in loops over cells. The first
+/// three functions are for initializeStrip() alone:
 ///
 ///     static constexpr Neighborhood neighborhood;
 ///         which neighbours of an accepted cell are listed for the next step

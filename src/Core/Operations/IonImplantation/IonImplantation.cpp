@@ -59,6 +59,7 @@ void IonImplantation::runImplantation()
     const std::uint64_t stepCount = m_front.stepCount(m_annealingDistance);
     m_front.strips().runPhase(
         boost::bind(&IonImplantation::runPartialInitialization, this, _1, _2, _3));
+    m_front.strips().runPhase(boost::bind(&IonImplantation::readBorderColumn, this, _1, _2));
     for (std::uint64_t step = 0; step < stepCount; ++step)
         m_front.strips().runPhase(
             boost::bind(&IonImplantation::runPartialDopingStep, this, _1, _2, _3));
@@ -67,11 +68,12 @@ void IonImplantation::runImplantation()
 void IonImplantation::runPartialInitialization(std::uint32_t start, std::uint32_t end,
                                                std::uint32_t strip)
 {
-    m_front.openStrip(static_cast<std::int32_t>(start), static_cast<std::int32_t>(end), strip);
     CellFront &cells = m_front.cells();
     const std::uint32_t words = cells.wordsInColumn();
     {
+        // Under the mutex also the opening: a neighbour may be taking from the lists already.
         const CellFront::Pass pass(cells, strip);
+        m_front.openStrip(static_cast<std::int32_t>(start), static_cast<std::int32_t>(end), strip);
         std::vector<FrontWord> carriers(words);
         for (std::uint32_t x = start; x < end; ++x)
             for (std::uint32_t y = 0; y < m_sizeY; ++y) {
@@ -91,6 +93,18 @@ void IonImplantation::runPartialInitialization(std::uint32_t start, std::uint32_
     }
     cells.takeFromNeighbors(strip);
     cells.replaceSurfaceCells(strip);
+}
+
+// The last column of the strip before may have implanted the bottom cell of the first column of
+// this one, whether or not this strip had been there.
+void IonImplantation::readBorderColumn(std::uint32_t start, std::uint32_t end)
+{
+    if (start >= end)
+        return;
+    m_front.cells().setPassable(
+        start, 0, 0,
+        cellsOf(m_front.voxels() + m_front.indexOf(start, 0, 0), m_sizeZ, 0,
+                [this](std::uint32_t material) { return m_compatibleSet.contains(material); }));
 }
 
 void IonImplantation::implantColumn(std::uint32_t x, std::uint32_t y, std::uint32_t strip,

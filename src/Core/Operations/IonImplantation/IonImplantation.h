@@ -33,8 +33,10 @@ private:
 
     void runPartialInitialization(std::uint32_t start, std::uint32_t end, std::uint32_t strip);
     void runPartialDopingStep(std::uint32_t start, std::uint32_t end, std::uint32_t strip);
-    /// Writes the cells of a column but its lowest, lists the neighbours of what is implanted, and
-    /// marks that in `carriers`, a bit a cell.
+    void readBorderColumn(std::uint32_t start, std::uint32_t end);
+    /// Walks a column down from one cell above its surface: writes its cells but the lowest, which
+    /// a void column writes, too, and a full or void one the lowest of the next column. Lists the
+    /// neighbours of what is implanted, and marks that in `carriers`, a bit a cell.
     void implantColumn(std::uint32_t x, std::uint32_t y, std::uint32_t strip,
                        std::vector<FrontWord> &carriers);
     void enqueueNeighbors(std::size_t c, std::uint32_t strip);

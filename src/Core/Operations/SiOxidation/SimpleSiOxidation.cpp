@@ -179,9 +179,9 @@ void SimpleSiOxidation::runPartialOxidationStep(std::int32_t start, std::int32_t
         strip);
 }
 
-void SimpleSiOxidation::convertToOxide(std::int32_t start, std::int32_t end,
-                                       std::uint32_t /*strip*/)
+void SimpleSiOxidation::convertToOxide(std::int32_t start, std::int32_t end, std::uint32_t strip)
 {
+    m_front.cells().surfaceCells(strip).clear();
     const float solidLimit = squaredPart(m_thickness, 0.3);
     const float voidLimit = squaredPart(m_thickness, 0.6);
     const std::size_t first = m_front.indexOf(static_cast<std::uint32_t>(start), 0, 0);
@@ -189,7 +189,7 @@ void SimpleSiOxidation::convertToOxide(std::int32_t start, std::int32_t end,
     for (std::size_t c = first; c < last; ++c) {
         Voxel &cell = m_front.voxels()[c];
         const std::uint32_t material = cell.material();
-        // An oxidisable void, which a registry may name, goes by the first of the two.
+        // An oxidisable void, which a registry may name, goes by both limits, so by the longer.
         const bool oxidisable = m_compatibleSet.contains(material);
         if (!oxidisable && material != 0)
             continue;

@@ -13,7 +13,7 @@ namespace Core::Operations {
 
 /// Oxidizes silicon thermally: the oxide grows out of the free surface of what is compatible with
 /// the process "Simple Si Oxidation", and into it. The steps move distances; oxide is written in
-/// one pass at the end, and not at all in a volume that is run as a single strip.
+/// one pass at the end, and not at all in a volume with fewer than two layers of x a thread.
 class SimpleSiOxidation final
 {
 public:
