@@ -1,5 +1,11 @@
 #include "Model/Automaton/TotalVolume.h"
 
+#include "Model/Automaton/SiLattice.h"
+
+#include <QDebug>
+
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 
 namespace Model::Automaton {
@@ -80,6 +86,13 @@ void TotalVolume::releaseNextVoxels()
 void TotalVolume::swapVoxels()
 {
     m_voxels.swap(m_nextVoxels);
+}
+
+void TotalVolume::rebuildSiLattice()
+{
+    m_siLattice = boost::make_shared<SiLattice>(this);
+    m_siLattice->build();
+    qDebug() << "Done initializing";
 }
 
 void TotalVolume::setTopMask(const std::vector<bool> &bits, std::uint32_t width,

@@ -6,11 +6,14 @@
 #include "Util/Vector3D.h"
 
 #include <boost/interprocess/sync/spin/mutex.hpp>
+#include <boost/shared_ptr.hpp>
 
 #include <cstdint>
 #include <vector>
 
 namespace Model::Automaton {
+
+class SiLattice;
 
 /// The simulation volume: a dense grid of cells in two parallel arrays, its place in space, the two
 /// photomask overlays and its painter. It is the one document object that processes change.
@@ -60,6 +63,12 @@ public:
 
     TotalVolumePainter &painter() { return m_painter; }
 
+    /// The silicon crystal over the cells; empty until it is first built.
+    boost::shared_ptr<SiLattice> siLattice() const { return m_siLattice; }
+    /// Lays a new crystal over the cells as they are now. The counts of atoms that the cells have
+    /// are added to.
+    void rebuildSiLattice();
+
     /// Bit x * height + y stands for the column (x, y) and is drawn if set. Extents in cells; they
     /// may differ from the footprint, and from the number of bits.
     void setTopMask(const std::vector<bool> &bits, std::uint32_t width, std::uint32_t height);
@@ -96,6 +105,7 @@ private:
     std::uint32_t m_bottomMaskWidth = 0;
     std::uint32_t m_topMaskHeight = 0;
     std::uint32_t m_topMaskWidth = 0;
+    boost::shared_ptr<SiLattice> m_siLattice;
     TotalVolumePainter m_painter;
 };
 
