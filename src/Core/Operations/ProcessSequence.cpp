@@ -73,9 +73,14 @@ void ProcessSequence::cancel()
 void ProcessSequence::finish(bool latticeStale)
 {
     m_volume->painter().rebuild();
+    conclude(latticeStale ? Lattice::Stale : Lattice::AsBefore);
+}
+
+void ProcessSequence::conclude(Lattice lattice)
+{
     m_workspace->objectRecords().setLastOperation(m_volume->id(), m_operation->id());
-    if (latticeStale)
-        m_workspace->objectRecords().setLatticeStale(m_volume->id(), true);
+    if (lattice != Lattice::AsBefore)
+        m_workspace->objectRecords().setLatticeStale(m_volume->id(), lattice == Lattice::Stale);
     Util::notify(m_workspace->updateObservers());
     write(": Operation finished.");
     m_workspace->interpreter().clearRequest();

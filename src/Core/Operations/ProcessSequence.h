@@ -40,6 +40,16 @@ public:
         SelectionOrOnlyObject
     };
 
+    /// How the silicon lattice stands to the cells after a process.
+    enum class Lattice
+    {
+        AsBefore,
+        /// No longer fits them.
+        Stale,
+        /// Stands for them.
+        Current
+    };
+
     /// Neither is owned; `operation` owns the sequence, and its name is the prefix of the messages.
     ProcessSequence(Workspace *workspace, Operation *operation,
                     const ProcessMessages &messages = {});
@@ -65,6 +75,8 @@ public:
     /// `latticeStale` says that the silicon lattice no longer fits the cells. The operation may be
     /// destroyed within this call.
     void finish(bool latticeStale);
+    /// The same where the picture is there already.
+    void conclude(Lattice lattice);
 
 private:
     boost::shared_ptr<Model::Automaton::TotalVolume> findVolume(Candidates candidates) const;
