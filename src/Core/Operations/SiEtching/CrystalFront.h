@@ -61,28 +61,33 @@ private:
     /// strips that the cells of the atoms lie in.
     struct Findings
     {
-        /// Stay in the list of this strip: first those that were in it, in their order, then the
-        /// neighbours of what is removed.
+        /// Stay in the list of this strip, by address.
         Atoms kept;
-        std::size_t keptFromList = 0;
-        /// Neighbours that lie to the left and to the right of the strip.
+        /// Neighbours of removed atoms: in this strip, to the left, and to the right of it.
+        Atoms neighbours;
         Atoms left;
         Atoms right;
         std::vector<Atoms> removed;
         std::vector<std::vector<Mass>> masses;
     };
 
+    void runPhase(const StripFunction &function) const;
     void clearMaskAtoms();
-    /// Of unit cells; the share of one strip in finding the first surface.
+    /// Where the share of a strip in the unit cells begins.
     std::size_t shareStart(std::uint32_t strip) const;
-    void listSurface();
-    void restore(SiAtom &atom);
+    SiAtom &atomAt(std::size_t place) const;
     bool isOfSilicon(const SiAtom &atom) const;
-    bool treatMissingNeighbors(SiAtom &atom, std::uint32_t strip, Atoms &uncovered);
-    void remove(SiAtom &atom);
+    void restore(SiAtom &atom);
+    void findSurface();
+    bool treatMissingNeighbors(SiAtom &atom, std::uint32_t thread, Atoms &gone);
+    bool treatMissingNeighbor(SiAtom &atom, unsigned position, std::uint32_t thread);
+    /// By address, without duplicates, and logs how many there are.
+    void settleList(Atoms &atoms, std::uint32_t strip) const;
+    void openStep(std::uint32_t strip);
     void handOn(const SiAtom &removed, std::uint32_t strip);
     void commitStrip(std::uint32_t strip);
-    /// Of the atom's cell.
+    void remove(SiAtom &atom);
+    /// The strip that the atom's cell lies in.
     std::uint32_t stripOf(const SiAtom &atom) const;
 
     Model::Automaton::TotalVolume *m_volume;
@@ -90,6 +95,7 @@ private:
     boost::shared_ptr<Model::Automaton::SiLattice> m_lattice;
     std::uint64_t m_steps;
     StripRun m_strips;
+    std::uint32_t m_cellsInLayer;
     Model::Automaton::Voxel *m_voxels = nullptr;
     Model::Automaton::Voxel *m_nextVoxels = nullptr;
     /// By strip: mask atoms that its atoms were given.
@@ -97,8 +103,47 @@ private:
     /// By strip: the atoms to examine in the next step, by address.
     std::vector<Atoms> m_surfaceAtoms;
     std::vector<Findings> m_findings;
-    /// By share of the unit cells, in the order of the lattice.
-    std::vector<Atoms> m_candidates;
+    /// By share of the unit cells: places in the lattice of atoms that may lie on the surface or
+    /// have to be brought back, ascending.
+    std::vector<std::vector<std::size_t>> m_candidates;
 };
+
+template <typename Prepare>
+void CrystalFront::initializeStrip(std::uint32_t strip, Prepare prepare)
+{
+    const std::size_t end = shareStart(strip + 1);
+    for (std::size_t cell = shareStart(strip); cell < end; ++cell) {
+        Model::Automaton::SiCell &atoms = *m_lattice->cells()[cell].second;
+        for (unsigned rank = 0; rank < Model::Automaton::SiCell::Atoms; ++rank) {
+            SiAtom &atom = atoms.atom(rank);
+            if (!isOfSilicon(atom))
+                continue;
+            prepare(atom);
+            if (atom.state() != SiAtom::Active || atom.bondCount() < SiAtom::Bonds)
+                m_candidates[strip].push_back(cell * Model::Automaton::SiCell::Atoms + rank);
+        }
+    }
+}
+
+template <typename Removes>
+void CrystalFront::stepStrip(std::uint32_t strip, Removes removes)
+{
+    openStep(strip);
+    Findings &findings = m_findings[strip];
+    for (SiAtom *atom : m_surfaceAtoms[strip]) {
+        if (atom->state() != SiAtom::Active)
+            continue;
+        float mass = atom->mass();
+        const bool isRemoved = removes(static_cast<const SiAtom &>(*atom), mass);
+        if (mass != atom->mass())
+            findings.masses[stripOf(*atom)].push_back({atom, mass});
+        if (isRemoved) {
+            findings.removed[stripOf(*atom)].push_back(atom);
+            handOn(*atom, strip);
+        } else {
+            findings.kept.push_back(atom);
+        }
+    }
+}
 
 } // namespace Core::Operations
