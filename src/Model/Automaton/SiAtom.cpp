@@ -2,20 +2,6 @@
 
 namespace Model::Automaton {
 
-SiAtom::SiAtom(const Util::Vector3D &position, SiCell *owner, bool isMask)
-    : m_state(isMask ? Mask : Active),
-      m_owner(owner),
-      m_position(position)
-{}
-
-void SiAtom::linkTo(SiAtom &other, unsigned position)
-{
-    if (position >= Bonds)
-        return;
-    m_links[position] = &other;
-    other.m_links[Bonds - 1 - position] = this;
-}
-
 std::uint32_t SiAtom::goodBonds() const
 {
     std::uint32_t count = 0;

@@ -25,7 +25,11 @@ public:
     /// `owner` is the unit cell that holds the atom, null for a mask atom outside the crystal. Owns
     /// nothing.
     explicit SiAtom(const Util::Vector3D &position = {}, SiCell *owner = nullptr,
-                    bool isMask = false);
+                    bool isMask = false)
+        : m_state(isMask ? Mask : Active),
+          m_owner(owner),
+          m_position(position)
+    {}
     SiAtom(const SiAtom &) = delete;
     SiAtom &operator=(const SiAtom &) = delete;
 
@@ -47,7 +51,13 @@ public:
     void setLink(unsigned position, SiAtom *atom) { m_links[position] = atom; }
     /// Bonds the two: `other` at `position` here, this atom at 3 - position there. A position above
     /// 3 does nothing.
-    void linkTo(SiAtom &other, unsigned position);
+    void linkTo(SiAtom &other, unsigned position)
+    {
+        if (position >= Bonds)
+            return;
+        m_links[position] = &other;
+        other.m_links[Bonds - 1 - position] = this;
+    }
 
     /// 4 for a mask atom, else its bonds to atoms that are not removed.
     std::uint32_t bondCount() const;

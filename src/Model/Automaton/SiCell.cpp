@@ -16,10 +16,14 @@ struct InnerBond
 constexpr InnerBond InnerBonds[] = {{0, 2, 3}, {1, 2, 2}, {1, 3, 3}, {2, 4, 2},
                                     {2, 5, 3}, {4, 6, 3}, {5, 7, 3}};
 
-Util::Vector3D placeOf(const Util::Vector3D &cell, unsigned rank)
+std::array<Util::Vector3D, SiCell::Atoms> placesIn(const Util::Vector3D &cell)
 {
-    const std::array<double, 3> &place = SiCell::basis()[rank];
-    return {cell[0] + place[0], cell[1] + place[1], cell[2] + place[2]};
+    std::array<Util::Vector3D, SiCell::Atoms> places;
+    for (unsigned rank = 0; rank < SiCell::Atoms; ++rank) {
+        const std::array<double, 3> &place = SiCell::basis()[rank];
+        places[rank] = Util::Vector3D(cell[0] + place[0], cell[1] + place[1], cell[2] + place[2]);
+    }
+    return places;
 }
 
 } // namespace
@@ -37,11 +41,12 @@ const std::array<std::array<double, 3>, SiCell::Atoms> &SiCell::basis()
     return Places;
 }
 
-SiCell::SiCell(const Util::Vector3D &position)
-    : m_atoms{SiAtom(placeOf(position, 0), this), SiAtom(placeOf(position, 1), this),
-              SiAtom(placeOf(position, 2), this), SiAtom(placeOf(position, 3), this),
-              SiAtom(placeOf(position, 4), this), SiAtom(placeOf(position, 5), this),
-              SiAtom(placeOf(position, 6), this), SiAtom(placeOf(position, 7), this)},
+SiCell::SiCell(const Util::Vector3D &position) : SiCell(position, placesIn(position)) {}
+
+SiCell::SiCell(const Util::Vector3D &position, const std::array<Util::Vector3D, Atoms> &places)
+    : m_atoms{SiAtom(places[0], this), SiAtom(places[1], this), SiAtom(places[2], this),
+              SiAtom(places[3], this), SiAtom(places[4], this), SiAtom(places[5], this),
+              SiAtom(places[6], this), SiAtom(places[7], this)},
       m_position(position)
 {
     for (const InnerBond &bond : InnerBonds)

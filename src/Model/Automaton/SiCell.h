@@ -25,6 +25,8 @@ public:
 
     /// Makes the atoms at `position` and the bonds inside the cell.
     explicit SiCell(const Util::Vector3D &position);
+    /// The same with the atoms at these places, by rank.
+    SiCell(const Util::Vector3D &position, const std::array<Util::Vector3D, Atoms> &places);
     SiCell(const SiCell &) = delete;
     SiCell &operator=(const SiCell &) = delete;
 

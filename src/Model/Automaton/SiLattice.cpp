@@ -85,40 +85,51 @@ void SiLattice::build()
     linkCells();
 }
 
-SiLattice::ColumnPlaces SiLattice::columnPlaces(std::uint32_t i, std::uint32_t j) const
+bool SiLattice::Column::isInside() const
+{
+    return std::any_of(bases.begin(), bases.end(),
+                       [](const std::optional<std::uint32_t> &base) { return base.has_value(); });
+}
+
+SiLattice::Column SiLattice::columnAt(std::uint32_t i, std::uint32_t j) const
 {
     // The arithmetic of SiCell, as far as x and y go, which height has no part in.
     static const LatticeRotation rotation(0.0, 0.0, Turn);
-    ColumnPlaces places{};
+    const auto x = static_cast<double>(i);
+    const auto y = static_cast<double>(j);
+    Column column;
+    column.corner = rotation.apply({x, y, 0.0}) + m_origin;
     for (unsigned rank = 0; rank < SiCell::Atoms; ++rank) {
         const std::array<double, 3> &basis = SiCell::basis()[rank];
-        const Util::Vector3D place = rotation.apply({static_cast<double>(i) + basis[0],
-                                                     static_cast<double>(j) + basis[1], 0.0}) +
-                                     m_origin;
-        const std::int64_t x = gridLayer(place[0] - m_position[0], m_volume->cellSizeX(), m_sizeX);
-        const std::int64_t y = gridLayer(place[1] - m_position[1], m_volume->cellSizeY(), m_sizeY);
-        places[rank].isInside = x >= 0 && y >= 0;
-        if (places[rank].isInside)
-            places[rank].base =
-                (static_cast<std::uint32_t>(x) * m_sizeY + static_cast<std::uint32_t>(y)) * m_sizeZ;
+        const Util::Vector3D place =
+            rotation.apply({x + basis[0], y + basis[1], basis[2]}) + m_origin;
+        column.places[rank] = place;
+        const std::int64_t gridX =
+            gridLayer(place[0] - m_position[0], m_volume->cellSizeX(), m_sizeX);
+        const std::int64_t gridY =
+            gridLayer(place[1] - m_position[1], m_volume->cellSizeY(), m_sizeY);
+        if (gridX >= 0 && gridY >= 0)
+            column.bases[rank] =
+                (static_cast<std::uint32_t>(gridX) * m_sizeY + static_cast<std::uint32_t>(gridY)) *
+                m_sizeZ;
     }
-    return places;
+    return column;
 }
 
-std::vector<SiLattice::Layers> SiLattice::layersOfAtoms() const
+std::vector<SiLattice::Heights> SiLattice::heightsOfAtoms() const
 {
-    std::vector<Layers> layers(m_cellsZ);
+    std::vector<Heights> heights(m_cellsZ);
     for (std::uint32_t k = 0; k < m_cellsZ; ++k)
         for (unsigned rank = 0; rank < SiCell::Atoms; ++rank) {
             const double z = static_cast<double>(k) + SiCell::basis()[rank][2] + m_origin[2];
-            layers[k][rank] = gridLayer(z - m_position[2], m_volume->cellSizeZ(), m_sizeZ);
+            heights[k][rank] = {z, gridLayer(z - m_position[2], m_volume->cellSizeZ(), m_sizeZ)};
         }
-    return layers;
+    return heights;
 }
 
 void SiLattice::buildCells()
 {
-    const std::vector<Layers> layers = layersOfAtoms();
+    const std::vector<Heights> heights = heightsOfAtoms();
     m_columnStarts.assign(std::size_t{m_cellsX} * m_cellsY + 1, 0);
     Voxel *voxels = m_volume->voxels();
     Voxel *nextVoxels = m_volume->nextVoxels();
@@ -126,26 +137,25 @@ void SiLattice::buildCells()
     for (std::uint32_t i = 0; i < m_cellsX; ++i)
         for (std::uint32_t j = 0; j < m_cellsY; ++j) {
             m_columnStarts[column++] = static_cast<std::uint32_t>(m_cells.size());
-            const ColumnPlaces places = columnPlaces(i, j);
-            if (std::none_of(places.begin(), places.end(),
-                             [](const ColumnPlace &place) { return place.isInside; }))
+            Column cells = columnAt(i, j);
+            if (!cells.isInside())
                 continue;
             for (std::uint32_t k = 0; k < m_cellsZ; ++k) {
                 // -1 outside.
                 std::array<std::int64_t, SiCell::Atoms> index{};
                 bool holdsSilicon = false;
                 for (unsigned rank = 0; rank < SiCell::Atoms; ++rank) {
-                    const std::int64_t layer = layers[k][rank];
-                    const bool isInside = places[rank].isInside && layer >= 0;
-                    index[rank] = isInside ? places[rank].base + layer : -1;
-                    holdsSilicon |= isInside && voxels[index[rank]].material() == Voxel::Silicon;
+                    const std::int64_t layer = heights[k][rank].layer;
+                    index[rank] = cells.bases[rank] && layer >= 0 ? *cells.bases[rank] + layer : -1;
+                    holdsSilicon |=
+                        index[rank] >= 0 && voxels[index[rank]].material() == Voxel::Silicon;
                 }
                 if (!holdsSilicon)
                     continue;
-                const auto cell = boost::make_shared<SiCell>(Util::Vector3D(
-                    static_cast<double>(i), static_cast<double>(j), static_cast<double>(k)));
-                cell->rotate(0.0, 0.0, Turn);
-                cell->translate(m_origin);
+                cells.corner[2] = static_cast<double>(k) + m_origin[2];
+                for (unsigned rank = 0; rank < SiCell::Atoms; ++rank)
+                    cells.places[rank][2] = heights[k][rank].z;
+                const auto cell = boost::make_shared<SiCell>(cells.corner, cells.places);
                 for (unsigned rank = 0; rank < SiCell::Atoms; ++rank) {
                     SiAtom &atom = cell->atom(rank);
                     if (index[rank] < 0) {

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <list>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -53,19 +54,28 @@ public:
     const std::array<Util::Vector3D, 8> &corners() const { return m_corners; }
 
 private:
-    /// Where the atoms of a column of unit cells lie in the grid: the same for all of them.
-    struct ColumnPlace
+    /// What the unit cells of a column have in common.
+    struct Column
     {
-        bool isInside;
-        /// Index of the lowest grid cell.
-        std::uint32_t base;
-    };
-    using ColumnPlaces = std::array<ColumnPlace, SiCell::Atoms>;
-    /// The layer of the grid that an atom lies in; -1 outside.
-    using Layers = std::array<std::int64_t, SiCell::Atoms>;
+        /// Corner and atoms in the world; their height is that of the lowest unit cell.
+        Util::Vector3D corner;
+        std::array<Util::Vector3D, SiCell::Atoms> places;
+        /// Index of the lowest grid cell of the atom's column of the grid; empty outside.
+        std::array<std::optional<std::uint32_t>, SiCell::Atoms> bases;
 
-    ColumnPlaces columnPlaces(std::uint32_t i, std::uint32_t j) const;
-    std::vector<Layers> layersOfAtoms() const;
+        bool isInside() const;
+    };
+    /// What the atoms of one rank have in common in a layer of unit cells.
+    struct Height
+    {
+        double z;
+        /// The layer of the grid; -1 outside.
+        std::int64_t layer;
+    };
+    using Heights = std::array<Height, SiCell::Atoms>;
+
+    Column columnAt(std::uint32_t i, std::uint32_t j) const;
+    std::vector<Heights> heightsOfAtoms() const;
     void buildCells();
     void linkCells();
     /// In m_cells, of the unit cell; null if it is not kept.

@@ -225,7 +225,7 @@ void CrystalFront::openStep(std::uint32_t strip)
 {
     Findings &findings = m_findings[strip];
     findings.kept.clear();
-    findings.neighbours.clear();
+    findings.neighbors.clear();
     findings.left.clear();
     findings.right.clear();
     for (Atoms &atoms : findings.removed)
@@ -247,7 +247,7 @@ void CrystalFront::handOn(const SiAtom &removed, std::uint32_t strip)
         if (column < m_strips.start(strip))
             findings.left.push_back(neighbor);
         else if (column < m_strips.end(strip))
-            findings.neighbours.push_back(neighbor);
+            findings.neighbors.push_back(neighbor);
         else
             findings.right.push_back(neighbor);
     }
@@ -263,7 +263,7 @@ void CrystalFront::commitStrip(std::uint32_t strip)
             if (atom->state() == SiAtom::Active)
                 remove(*atom);
     }
-    Atoms added = m_findings[strip].neighbours;
+    Atoms added = m_findings[strip].neighbors;
     if (strip > 0) {
         const Atoms &handed = m_findings[strip - 1].right;
         added.insert(added.end(), handed.begin(), handed.end());

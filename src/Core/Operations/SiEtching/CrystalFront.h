@@ -64,7 +64,7 @@ private:
         /// Stay in the list of this strip, by address.
         Atoms kept;
         /// Neighbours of removed atoms: in this strip, to the left, and to the right of it.
-        Atoms neighbours;
+        Atoms neighbors;
         Atoms left;
         Atoms right;
         std::vector<Atoms> removed;
