@@ -18,11 +18,15 @@
 #include "Core/Operations/Planarization/PlanarizationOperation.h"
 #include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtchingOperation.h"
 #include "Core/Operations/SelectVolumesOperation.h"
+#include "Core/Operations/SiEtching/AtomisticSiWetEtchingOperation.h"
+#include "Core/Operations/SiEtching/ContinousWetEtchOperation.h"
 #include "Core/Operations/SiOxidation/SimpleSiOxidationOperation.h"
 #include "Core/Operations/SimpleDoping/DopingOperation.h"
 #include "Core/Operations/SpinCoating/SpinCoatingOperation.h"
 #include "UI/MainWindow.h"
 #include "UI/MainWindowPresenter.h"
+#include "UI/Observers/AtomicSiBCAEtchObserver.h"
+#include "UI/Observers/CCAWetEtchingObserver.h"
 #include "UI/Observers/CVDObserver.h"
 #include "UI/Observers/CreateSubstrateObserver.h"
 #include "UI/Observers/DocumentOpenedObserver.h"
@@ -127,6 +131,12 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
             *m_presenter);
     case 27:
         return makeObserved<AnisotropicFilmDepositionOperation, Observers::CVDObserver>(
+            *m_presenter);
+    case 28:
+        return makeObserved<AtomisticSiWetEtchingOperation, Observers::AtomicSiBCAEtchObserver>(
+            *m_presenter);
+    case 29:
+        return makeObserved<ContinousWetEtchOperation, Observers::CCAWetEtchingObserver>(
             *m_presenter);
     case 30:
         return makeObserved<SimpleReactiveIonEtchingOperation, Observers::SimpleRIEObserver>(
