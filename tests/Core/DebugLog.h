@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QMutex>
+#include <QMutexLocker>
 #include <QString>
 #include <QtGlobal>
 
@@ -8,8 +10,8 @@
 
 namespace Fakes {
 
-/// Collects what goes to the log while it lives, as "debug: text" or "other: text". Only one thread
-/// may log meanwhile.
+/// Collects what goes to the log while it lives, as "debug: text" or "other: text". Several threads
+/// may log meanwhile; the lines are read when they are done.
 class DebugLog final
 {
 public:
@@ -23,9 +25,11 @@ public:
 private:
     static void take(QtMsgType type, const QMessageLogContext &, const QString &text)
     {
+        const QMutexLocker locker(&s_mutex);
         s_lines.push_back((type == QtDebugMsg ? "debug: " : "other: ") + text.toStdString());
     }
 
+    static inline QMutex s_mutex;
     static inline std::vector<std::string> s_lines;
     QtMessageHandler m_before;
 };

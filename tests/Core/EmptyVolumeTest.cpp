@@ -8,6 +8,8 @@
 #include "Core/Operations/Photolithography/Photolithography.h"
 #include "Core/Operations/Planarization/Planarization.h"
 #include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtching.h"
+#include "Core/Operations/SiEtching/AtomicStructureSimpleSiWetEtch.h"
+#include "Core/Operations/SiEtching/ContinuosWetEtching.h"
 #include "Core/Operations/SiOxidation/SimpleSiOxidation.h"
 #include "Core/Operations/SimpleDoping/SimpleDoping.h"
 #include "Core/Operations/SpinCoating/SpinCoating.h"
@@ -74,6 +76,18 @@ const Run Runs[] = {
     },
     [](TotalVolume *volume) { Core::Operations::SimpleSiOxidation(volume, 100.0).oxidateTo(4.0); },
     [](TotalVolume *volume) { Core::Operations::SimpleDoping(volume, 14, 4.0f).runDoping(); },
+    [](TotalVolume *volume) {
+        Core::Operations::AtomicStructureSimpleSiWetEtch(volume, 4.0).runEtching();
+    },
+    [](TotalVolume *volume) {
+        volume->rebuildSiLattice();
+        Core::Operations::AtomicStructureSimpleSiWetEtch(volume, 4.0).runEtching();
+    },
+    [](TotalVolume *volume) { Core::Operations::ContinuosWetEtching(volume, 4.0).runEtching(); },
+    [](TotalVolume *volume) {
+        volume->rebuildSiLattice();
+        Core::Operations::ContinuosWetEtching(volume, 4.0).runEtching();
+    },
     [](TotalVolume *volume) { Core::Operations::SpinCoating(volume, 3, 5).runDeposition(); },
 };
 
