@@ -2,9 +2,13 @@
 
 #include "Stage.h"
 
+#include "Model/Automaton/TotalVolume.h"
+
 #include <QColor>
 #include <QFile>
 #include <QPainter>
+#include <QPoint>
+#include <QPolygon>
 #include <QRect>
 
 namespace LitharaTour {
@@ -144,6 +148,44 @@ void dopedOpening(Stage &stage)
     stage.save("implanted", stage.driver().picture());
     stripResist(stage);
     stage.save("furnace-oxide", stage.driver().screen());
+}
+
+void wetEtchedPits(Stage &stage)
+{
+    stage.startWithWafer();
+    QImage image(100, 100, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    {
+        QPainter painter(&image);
+        painter.fillRect(QRect(15, 35, 30, 30), Qt::white);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::white);
+        painter.drawPolygon(
+            QPolygon({QPoint(60, 30), QPoint(66, 30), QPoint(86, 70), QPoint(80, 70)}));
+    }
+    const QString mask = stage.filePath("pits.png");
+    Stage::expect(image.save(mask), "a mask can be saved");
+    pattern(stage, "34", mask);
+
+    stage.process("actionBCA_Wet_Etching", DialogAnswer().type("dblDepth", "12").accept());
+    Stage::expect(stage.materialAt(30, 50, 19) == 0, "the pit is twelve units deep");
+    Stage::expect(stage.materialAt(30, 50, 16) == Silicon, "and has a floor");
+    // The walls rise at 54.7 degrees: ten units down they are seven from the edge of the mask.
+    Stage::expect(stage.materialAt(20, 50, 19) == Silicon, "its wall leans outward");
+    Stage::expect(stage.materialAt(12, 50, 29) == Silicon, "the mask is hardly undercut");
+    Stage::expect(stage.materialAt(81, 40, 29) == 0, "a slot across the crystal is");
+    stage.save("etched-under-the-mask", stage.driver().picture());
+    stripResist(stage);
+    stage.driver().trigger("actionTop_View");
+    stage.save("pits-from-above", stage.driver().picture());
+
+    const auto volume = stage.driver().volumes().front();
+    volume->painter().setCutLimits({0, 50, 0}, {volume->sizeX(), volume->sizeY(), volume->sizeZ()});
+    volume->painter().rebuild();
+    stage.driver().trigger(
+        "actionManual_View",
+        {DialogAnswer().type("dblAngleX", "-60").type("dblAngleZ", "30").accept()});
+    stage.save("pits-cut-open", stage.driver().screen());
 }
 
 } // namespace LitharaTour

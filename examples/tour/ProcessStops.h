@@ -12,4 +12,8 @@ void surfaceMicromachinedBridge(Stage &stage);
 /// in a furnace, and ions implanted through the opening.
 void dopedOpening(Stage &stage);
 
+/// A square and a slanted slot in a resist mask let a wet etch into the silicon; the pits are seen
+/// from above and cut open.
+void wetEtchedPits(Stage &stage);
+
 } // namespace LitharaTour

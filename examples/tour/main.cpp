@@ -48,6 +48,7 @@ public:
         savingAndOpening();
         LitharaTour::surfaceMicromachinedBridge(m_stage);
         LitharaTour::dopedOpening(m_stage);
+        LitharaTour::wetEtchedPits(m_stage);
     }
 
 private:

@@ -418,8 +418,9 @@ TEST(AtomicStructureSimpleSiWetEtchTest, SecondRunGivesCellsThatAreStillSiliconT
     EXPECT_EQ(atomsOf(*volume), before);
     for (const SiLattice::Entry &entry : volume->siLattice()->cells())
         for (unsigned rank = 0; rank < 8; ++rank)
-            if (entry.second->atom(rank).cellIndex() >= 0)
+            if (entry.second->atom(rank).cellIndex() >= 0) {
                 EXPECT_EQ(entry.second->atom(rank).state(), 1U);
+            }
 }
 
 TEST(AtomicStructureSimpleSiWetEtchTest, SecondRunGoesOnWhereTheFirstHasEmptiedCells)

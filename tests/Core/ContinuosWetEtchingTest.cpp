@@ -222,8 +222,9 @@ TEST(ContinuosWetEtchingTest, AtomWithFourBondsStaysWithoutALookUp)
     EXPECT_EQ(lone.atom().mass(), 1.0f);
     const std::string label = "debug: Unexpected configuration found (ns1, nb1, ns2, nb2): (";
     for (const std::string &line : log.lines())
-        if (line.rfind(label, 0) == 0)
+        if (line.rfind(label, 0) == 0) {
             EXPECT_LT(line[label.size()] - '0' + line[label.size() + 2] - '0', 4) << line;
+        }
 }
 
 TEST(ContinuosWetEtchingTest, MassBelowAMillionthGoesAndAboveItStays)
