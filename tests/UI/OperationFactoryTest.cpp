@@ -4,6 +4,8 @@
 #include "Core/Operations/ObjectOperation.h"
 #include "Core/Operations/Photolithography/PhotolithographyOperation.h"
 #include "Core/Operations/Planarization/PlanarizationOperation.h"
+#include "Core/Operations/SiEtching/AtomisticSiWetEtchingOperation.h"
+#include "Core/Operations/SiEtching/ContinousWetEtchOperation.h"
 #include "Core/Operations/SiOxidation/SimpleSiOxidationOperation.h"
 #include "Core/Operations/SpinCoating/SpinCoatingOperation.h"
 #include "Core/Workspace.h"
@@ -51,6 +53,8 @@ const Row Rows[] = {
     {24, "Select volumes", 24, false},
     {26, "Simple Si Oxidation", 26, false},
     {27, "Isotropic Deposition", 13, true},
+    {28, "BCA Wet Etch", 28, false},
+    {29, "Continuous Wet Etch", 29, false},
     {30, "Simple RIE", 30, false},
 };
 
@@ -85,6 +89,8 @@ private:
 
 TEST_F(OperationFactoryTest, ClassWideSlotsAreOverwrittenAtEachCreation)
 {
+    using Core::Operations::AtomisticSiWetEtchingOperation;
+    using Core::Operations::ContinousWetEtchOperation;
     using Core::Operations::IonImplantationOperation;
     using Core::Operations::PhotolithographyOperation;
     using Core::Operations::PlanarizationOperation;
@@ -102,9 +108,12 @@ TEST_F(OperationFactoryTest, ClassWideSlotsAreOverwrittenAtEachCreation)
     IonImplantationOperation::setObserver(boost::make_shared<Counter>(updates));
     PhotolithographyOperation::setObserver(boost::make_shared<Counter>(updates));
     SimpleSiOxidationOperation::setObserver(boost::make_shared<Counter>(updates));
+    AtomisticSiWetEtchingOperation::setObserver(boost::make_shared<Counter>(updates));
+    ContinousWetEtchOperation::setObserver(boost::make_shared<Counter>(updates));
     for (const char *action :
          {"actionPlanarization", "actionSpin_Coating", "actionIon_Implantation",
-          "actionPhotolithography", "actionSi_Oxidation"}) {
+          "actionPhotolithography", "actionSi_Oxidation", "actionBCA_Wet_Etching",
+          "actionContinuous_Wet_Etching"}) {
         select();
         m_driver.trigger(action, {Support::DialogAnswer().reject()});
         // One that stays current would take the next selection with it.

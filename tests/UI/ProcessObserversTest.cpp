@@ -3,6 +3,8 @@
 #include "Core/Operations/Planarization/PlanarizationOperation.h"
 #include "Core/Workspace.h"
 #include "UI/MainWindow.h"
+#include "UI/Observers/AtomicSiBCAEtchObserver.h"
+#include "UI/Observers/CCAWetEtchingObserver.h"
 #include "UI/Observers/CVDObserver.h"
 #include "UI/Observers/DopingOptionsObserver.h"
 #include "UI/Observers/ElectrodepositionObserver.h"
@@ -59,7 +61,10 @@ std::vector<Served> allServed(Support::WindowDriver &driver)
             serve<DopingOptionsObserver>("actionDoping", driver, "Doping Options"),
             serve<IonImplantationOptionsObserver>("actionIon_Implantation", driver,
                                                   "Ion Implantation Options"),
-            serve<SiOxidationObserver>("actionSi_Oxidation", driver, "Si Oxidation Options")};
+            serve<SiOxidationObserver>("actionSi_Oxidation", driver, "Si Oxidation Options"),
+            serve<AtomicSiBCAEtchObserver>("actionBCA_Wet_Etching", driver, "Wet Etching Options"),
+            serve<CCAWetEtchingObserver>("actionContinuous_Wet_Etching", driver,
+                                         "Wet Etching Options")};
 }
 
 TEST(ProcessObserversTest, AnIdleWorkspaceIsAskedNothing)
@@ -112,8 +117,13 @@ TEST(ProcessObserversTest, ARejectedDialogLeavesTheOperationCurrentOrCancelsIt)
     for (const Served &served : allServed(driver)) {
         driver.trigger(served.action);
         driver.answering({DialogAnswer().reject()}, [&] { served.observer->update(); });
-        const QStringList staying{"actionPVD", "actionElectrodeposition", "actionDoping",
-                                  "actionIon_Implantation", "actionSi_Oxidation"};
+        const QStringList staying{"actionPVD",
+                                  "actionElectrodeposition",
+                                  "actionDoping",
+                                  "actionIon_Implantation",
+                                  "actionSi_Oxidation",
+                                  "actionBCA_Wet_Etching",
+                                  "actionContinuous_Wet_Etching"};
         EXPECT_EQ(driver.workspace().currentOperation() != nullptr, staying.contains(served.action))
             << served.action;
     }
