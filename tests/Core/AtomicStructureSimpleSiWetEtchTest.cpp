@@ -98,32 +98,32 @@ bool staysForAStep(const std::vector<LoneAtom::Bond> &given)
 
 TEST(AtomicStructureSimpleSiWetEtchTest, RandomVolumesFollowTheRule)
 {
-    expectRuleOfRandomVolumes(bonds, {1.0f, 1.0f, 1.0f}, true, 1000, 16);
+    expectRuleOfRandomVolumes(bonds, {1.0f, 1.0f, 1.0f}, true, 1000, 8);
 }
 
 TEST(AtomicStructureSimpleSiWetEtchTest, RandomVolumesAwayFromTheOriginFollowTheRule)
 {
-    expectRuleOfRandomVolumes(bonds, {1.0f, 1.0f, 1.0f}, false, 1100, 10);
+    expectRuleOfRandomVolumes(bonds, {1.0f, 1.0f, 1.0f}, false, 1100, 5);
 }
 
 TEST(AtomicStructureSimpleSiWetEtchTest, RandomVolumesOfFlatCellsFollowTheRule)
 {
     // Their height truncates to 0.
-    expectRuleOfRandomVolumes(bonds, {1.0f, 1.0f, 0.35f}, true, 1200, 10);
-    expectRuleOfRandomVolumes(bonds, {1.0f, 1.0f, 0.35f}, false, 1250, 8);
+    expectRuleOfRandomVolumes(bonds, {1.0f, 1.0f, 0.35f}, true, 1200, 5);
+    expectRuleOfRandomVolumes(bonds, {1.0f, 1.0f, 0.35f}, false, 1250, 4);
 }
 
 TEST(AtomicStructureSimpleSiWetEtchTest, RandomVolumesOfLargeCellsFollowTheRule)
 {
-    expectRuleOfRandomVolumes(bonds, {2.0f, 2.0f, 2.0f}, true, 1300, 8);
-    expectRuleOfRandomVolumes(bonds, {1.5f, 1.5f, 1.5f}, true, 1350, 8);
-    expectRuleOfRandomVolumes(bonds, {1.5f, 2.0f, 1.5f}, false, 1380, 6);
+    expectRuleOfRandomVolumes(bonds, {2.0f, 2.0f, 2.0f}, true, 1300, 4);
+    expectRuleOfRandomVolumes(bonds, {1.5f, 1.5f, 1.5f}, true, 1350, 4);
+    expectRuleOfRandomVolumes(bonds, {1.5f, 2.0f, 1.5f}, false, 1380, 3);
 }
 
 TEST(AtomicStructureSimpleSiWetEtchTest, RandomVolumesWhoseColumnsAloneAreOneWideFollowTheRule)
 {
-    expectRuleOfRandomVolumes(bonds, {1.0f, 2.0f, 0.5f}, true, 1400, 8);
-    expectRuleOfRandomVolumes(bonds, {1.0f, 0.75f, 3.0f}, true, 1450, 8);
+    expectRuleOfRandomVolumes(bonds, {1.0f, 2.0f, 0.5f}, true, 1400, 4);
+    expectRuleOfRandomVolumes(bonds, {1.0f, 0.75f, 3.0f}, true, 1450, 4);
 }
 
 TEST(AtomicStructureSimpleSiWetEtchTest, WafersOfAnyExtentFollowTheRule)
@@ -440,7 +440,7 @@ TEST(AtomicStructureSimpleSiWetEtchTest, SecondRunGoesOnWhereTheFirstHasEmptiedC
 
 TEST(AtomicStructureSimpleSiWetEtchTest, RunsOfBothEtchesOnOneCrystalFollowTheirRules)
 {
-    for (unsigned seed = 1500; seed < 1508; ++seed) {
+    for (unsigned seed = 1500; seed < 1504; ++seed) {
         SCOPED_TRACE(testing::Message() << "seed " << seed);
         std::mt19937 random(seed);
         Case given = randomCase({5, 6, 4}, Vector3D(0, 0, 0), bonds, random);

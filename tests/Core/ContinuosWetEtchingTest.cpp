@@ -256,25 +256,25 @@ TEST(ContinuosWetEtchingTest, MassBelowAMillionthGoesAndAboveItStays)
 
 TEST(ContinuosWetEtchingTest, RandomVolumesFollowTheRule)
 {
-    expectRuleOfRandomVolumes(rates, {1.0f, 1.0f, 1.0f}, true, 2000, 16);
+    expectRuleOfRandomVolumes(rates, {1.0f, 1.0f, 1.0f}, true, 2000, 8);
 }
 
 TEST(ContinuosWetEtchingTest, RandomVolumesAwayFromTheOriginFollowTheRule)
 {
-    expectRuleOfRandomVolumes(rates, {1.0f, 1.0f, 1.0f}, false, 2100, 10);
+    expectRuleOfRandomVolumes(rates, {1.0f, 1.0f, 1.0f}, false, 2100, 5);
 }
 
 TEST(ContinuosWetEtchingTest, RandomVolumesOfFlatCellsFollowTheRule)
 {
-    expectRuleOfRandomVolumes(rates, {1.0f, 1.0f, 0.35f}, true, 2200, 10);
-    expectRuleOfRandomVolumes(rates, {1.0f, 1.0f, 0.35f}, false, 2250, 8);
+    expectRuleOfRandomVolumes(rates, {1.0f, 1.0f, 0.35f}, true, 2200, 5);
+    expectRuleOfRandomVolumes(rates, {1.0f, 1.0f, 0.35f}, false, 2250, 4);
 }
 
 TEST(ContinuosWetEtchingTest, RandomVolumesOfLargeCellsFollowTheRule)
 {
-    expectRuleOfRandomVolumes(rates, {2.0f, 2.0f, 2.0f}, true, 2300, 8);
-    expectRuleOfRandomVolumes(rates, {1.5f, 1.5f, 1.5f}, true, 2350, 8);
-    expectRuleOfRandomVolumes(rates, {1.5f, 2.0f, 1.5f}, false, 2380, 6);
+    expectRuleOfRandomVolumes(rates, {2.0f, 2.0f, 2.0f}, true, 2300, 4);
+    expectRuleOfRandomVolumes(rates, {1.5f, 1.5f, 1.5f}, true, 2350, 4);
+    expectRuleOfRandomVolumes(rates, {1.5f, 2.0f, 1.5f}, false, 2380, 3);
 }
 
 TEST(ContinuosWetEtchingTest, WafersOfAnyExtentFollowTheRule)
@@ -298,7 +298,7 @@ TEST(ContinuosWetEtchingTest, LongRunsFollowTheRule)
     const Grid grid{5, 5, 4};
     std::mt19937 random(2400);
     Case given = caseOf(
-        grid, [&](auto, auto, auto) { return random() % 4 == 0 ? 0U : silicon; }, 290.0);
+        grid, [&](auto, auto, auto) { return random() % 4 == 0 ? 0U : silicon; }, 60.0);
     const std::vector<Wafer> wafers = played(given);
     expectWafers(given, wafers, 1, 0);
     expectWafers(given, wafers, 2, 91);
