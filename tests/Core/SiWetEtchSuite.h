@@ -300,6 +300,7 @@ protected:
         this->m_observed = false;
         const Volume volume = activateOnOnlyObject();
         EXPECT_EQ(log(), (Fakes::Log{"view updated", m_facts.selected}));
+        ASSERT_NE(Base::current(), nullptr);
         m_accepted(*Shared(Base::current()));
         expectMaterials(*volume, m_facts.after);
     }
@@ -317,6 +318,7 @@ protected:
     {
         for (int count = 0; count <= 2; ++count) {
             const Volume volume = activateOnOnlyObject();
+            ASSERT_NE(Base::current(), nullptr);
             for (int i = 0; i < count; ++i)
                 Base::current()->setDepth(m_depth);
             Base::expectEnd(volume, count > 0);
@@ -344,6 +346,7 @@ protected:
         // No end follows.
         EXPECT_EQ(log(), selectedLog());
         EXPECT_TRUE(workspace().pointer().selectedObjects().empty());
+        ASSERT_NE(Base::current(), nullptr);
         m_accepted(*Shared(Base::current()));
         expectMaterials(*m_volume, m_facts.after);
     }
