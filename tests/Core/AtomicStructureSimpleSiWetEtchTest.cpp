@@ -423,6 +423,30 @@ TEST(AtomicStructureSimpleSiWetEtchTest, SecondRunGivesCellsThatAreStillSiliconT
             }
 }
 
+TEST(AtomicStructureSimpleSiWetEtchTest, AtomThatComesBackIsAddedToTheCountOfTheCurrentCells)
+{
+    const auto volume = latticed({10, 10, 4}, waferOf(3));
+    etch(*volume, bonds, 0.5);
+    const std::size_t top = (std::size_t{5} * 10 + 5) * 4 + 2;
+    std::int32_t removed = 0;
+    for (const SiLattice::Entry &entry : volume->siLattice()->cells())
+        for (unsigned rank = 0; rank < 8; ++rank)
+            removed += entry.second->atom(rank).cellIndex() == static_cast<std::int32_t>(top) &&
+                               entry.second->atom(rank).state() == 0
+                           ? 1
+                           : 0;
+    ASSERT_GT(removed, 0);
+    volume->voxels()[top].setAtoms(20);
+    volume->nextVoxels()[top].setAtoms(-7);
+    volume->releaseVoxels();
+    volume->releaseNextVoxels();
+    etch(*volume, bonds, 0.0);
+    EXPECT_EQ(volume->voxels()[top].atoms(), 20 + removed);
+    EXPECT_EQ(volume->nextVoxels()[top].atoms(), 20 + removed);
+    volume->releaseVoxels();
+    volume->releaseNextVoxels();
+}
+
 TEST(AtomicStructureSimpleSiWetEtchTest, SecondRunGoesOnWhereTheFirstHasEmptiedCells)
 {
     // Away from the sides a layer of cells is four planes.
