@@ -423,6 +423,35 @@ TEST(AtomicStructureSimpleSiWetEtchTest, SecondRunGivesCellsThatAreStillSiliconT
             }
 }
 
+TEST(AtomicStructureSimpleSiWetEtchTest, FewerColumnsThanThreadsAreOneStrip)
+{
+    const Support::PoolThreads pool(5);
+    for (const std::uint32_t columns : {4U, 5U}) {
+        const auto volume = latticed({columns, 6, 4}, waferOf(3));
+        const Fakes::DebugLog log;
+        etch(*volume, bonds, 1.0);
+        for (unsigned thread = 0; thread < 5; ++thread)
+            EXPECT_EQ(linesIn(log.lines(),
+                              "Surface list size for thread " + std::to_string(thread) + ":"),
+                      thread == 0 || columns == 5 ? 5U : 0U)
+                << columns << " columns, thread " << thread;
+    }
+}
+
+TEST(AtomicStructureSimpleSiWetEtchTest, NeighboursGoByTheirPlaceInTheWorldWhoseverCellsTheyLieIn)
+{
+    // A column off the origin: atoms near the border of two strips are listed in one and lie in the
+    // cells of the other.
+    for (unsigned seed = 1700; seed < 1704; ++seed) {
+        SCOPED_TRACE(testing::Message() << "seed " << seed);
+        std::mt19937 random(seed);
+        const Case given = randomCase({8, 6, 4}, Vector3D(1, 0, 0), bonds, random);
+        const std::vector<SiEtchingRule::Wafer> wafers = played(given);
+        for (const int threads : {2, 3})
+            expectWafers(given, wafers, threads, 73U);
+    }
+}
+
 TEST(AtomicStructureSimpleSiWetEtchTest, AtomThatComesBackIsAddedToTheCountOfTheCurrentCells)
 {
     const auto volume = latticed({10, 10, 4}, waferOf(3));

@@ -109,6 +109,15 @@ TEST(ContinuosWetEtchingTest, TableGivesEachConfigurationItsNumber)
     EXPECT_TRUE(log.lines().empty());
 }
 
+TEST(ContinuosWetEtchingTest, TableGivesEachConfigurationItsRateAndTheUnexpectedOneNone)
+{
+    const auto volume = latticed({1, 1, 1}, waferOf(1));
+    const ContinuosWetEtching engine(volume.get(), 1.0);
+    for (unsigned i = 0; i < configurations.size(); ++i)
+        EXPECT_EQ(engine.rate(static_cast<AtomicConfiguration>(i)), configurations[i].rate) << i;
+    EXPECT_EQ(engine.rate(Core::Operations::Unexpected), 0.0);
+}
+
 TEST(ContinuosWetEtchingTest, AllOtherCountsAreUnexpectedAndLogged)
 {
     const auto volume = latticed({1, 1, 1}, waferOf(1));

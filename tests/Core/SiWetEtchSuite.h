@@ -402,7 +402,7 @@ protected:
         expectMaterials(*m_volume, m_facts.after);
     }
 
-    void secondEndAndOneAfterCancelDoNothing()
+    void endAndCancelOfOneThatHasEndedDoNothing()
     {
         const Shared finished = Base::run(m_volume);
         this->m_answer = nullptr;
@@ -420,6 +420,8 @@ protected:
         log().clear();
         finished->end();
         canceled->end();
+        finished->cancel();
+        canceled->cancel();
         EXPECT_EQ(log(), Fakes::Log{});
         EXPECT_EQ(Base::current(), another);
         expectMaterials(*m_other, m_facts.before);
@@ -691,8 +693,8 @@ protected:
                      noneOfTwoObjectsIsATargetByItself())                                          \
     SI_WET_ETCH_TEST(Suite, EnterAtThePromptLooksForTheOnlyVolumeAgain,                            \
                      enterAtThePromptLooksForTheOnlyVolumeAgain())                                 \
-    SI_WET_ETCH_TEST(Suite, SecondEndAndOneAfterCancelDoNothing,                                   \
-                     secondEndAndOneAfterCancelDoNothing())                                        \
+    SI_WET_ETCH_TEST(Suite, EndAndCancelOfOneThatHasEndedDoNothing,                                \
+                     endAndCancelOfOneThatHasEndedDoNothing())                                     \
     SI_WET_ETCH_TEST(Suite, OperationThatTheWorkspaceLetGoOfLivesUntilItsNextReturns,              \
                      operationThatTheWorkspaceLetGoOfLivesUntilNextReturns(false))                 \
     SI_WET_ETCH_TEST(Suite, OperationThatTheWorkspaceLetGoOfLivesUntilEnterReturns,                \

@@ -137,7 +137,7 @@ TEST_F(SiWetEtchRoadTest, ASecondEtchGoesOnUntilTheWallsMeet)
     EXPECT_EQ(lastLines(1), QStringList("BCA Wet Etch: Operation finished."));
 }
 
-TEST_F(SiWetEtchRoadTest, AProcessInBetweenLaysANewLattice)
+TEST_F(SiWetEtchRoadTest, WithoutTheResistTheSameLatticeIsEtchedFromTheTop)
 {
     maskWafer();
     run("actionBCA_Wet_Etching", depth("4"));
@@ -145,13 +145,28 @@ TEST_F(SiWetEtchRoadTest, AProcessInBetweenLaysANewLattice)
     run("actionSimple_RIE",
         DialogAnswer().choose("cbxMaterial", "Photoresist +").type("sbxDepth", "1").accept());
     run("actionBCA_Wet_Etching", depth("2"));
-    EXPECT_NE(lattice(), first);
-    // Without the resist the top goes, and the floor of the pit as before.
+    // No silicon has changed in between.
+    EXPECT_EQ(lattice(), first);
+    // The top goes, and the floor of the pit as before.
     EXPECT_EQ(cell(8, 15, WaferHeight), 0u);
     EXPECT_EQ(cell(8, 15, WaferHeight - 2), 0u);
     EXPECT_EQ(cell(8, 15, WaferHeight - 3), Silicon);
     EXPECT_EQ(cell(20, 15, WaferHeight - 6), 0u);
     EXPECT_EQ(cell(20, 15, WaferHeight - 7), Silicon);
+}
+
+TEST_F(SiWetEtchRoadTest, AProcessOnTheSiliconInBetweenLaysANewLattice)
+{
+    run("actionBCA_Wet_Etching", depth("0"));
+    const auto first = lattice();
+    ASSERT_TRUE(first);
+    run("actionSimple_RIE",
+        DialogAnswer().choose("cbxMaterial", "Si").type("sbxDepth", "2").accept());
+    EXPECT_EQ(lattice(), first);
+    run("actionBCA_Wet_Etching", depth("0"));
+    EXPECT_NE(lattice(), first);
+    EXPECT_LT(lattice()->cells().size(), first->cells().size());
+    expectLayers(WaferHeight - 2);
 }
 
 TEST_F(SiWetEtchRoadTest, AFlatSurfaceHasNoRateInTheContinuousEtch)

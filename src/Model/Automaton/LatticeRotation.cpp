@@ -1,13 +1,14 @@
 #include "Model/Automaton/LatticeRotation.h"
 
 #include <cmath>
+#include <cstddef>
 
 namespace Model::Automaton {
 
 namespace {
 
 /// Degrees to radians, in 32-bit float on purpose: where atoms lie depends on it.
-const float radiansPerDegree = static_cast<float>(std::acos(0.0) / 90.0);
+const float RadiansPerDegree = static_cast<float>(std::acos(0.0) / 90.0);
 
 } // namespace
 
@@ -15,7 +16,7 @@ LatticeRotation::LatticeRotation(double aboutX, double aboutY, double aboutZ)
 {
     const std::array<double, 3> angles = {aboutX, aboutY, aboutZ};
     for (std::size_t axis = 0; axis < angles.size(); ++axis) {
-        const double angle = angles[axis] * static_cast<double>(radiansPerDegree);
+        const double angle = angles[axis] * static_cast<double>(RadiansPerDegree);
         m_turns[axis] = {std::abs(angles[axis]) > 1e-6, std::cos(angle), std::sin(angle)};
     }
 }

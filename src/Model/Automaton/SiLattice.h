@@ -37,7 +37,7 @@ public:
 
     /// Fills the lattice from the cells, counts the atoms of each silicon cell in both arrays, on
     /// top of what they count already, and makes the bonds. Called once. Takes and gives back the
-    /// locks of both arrays.
+    /// locks of both arrays, unless there are no cells.
     void build();
 
     /// Extent in unit cells.

@@ -90,7 +90,7 @@ void ContinuosWetEtching::runPartialEtchingStep(std::uint32_t thread)
         std::uint32_t ns2 = 0;
         std::uint32_t nb2 = 0;
         atom.secondNeighbourCounts(ns2, nb2);
-        const double loss = m_rates[getAtomicConfiguration(ns1, nb1, ns2, nb2)] * m_timeStep;
+        const double loss = rate(getAtomicConfiguration(ns1, nb1, ns2, nb2)) * m_timeStep;
         const double remaining = static_cast<double>(mass) - loss;
         const bool isUsedUp = remaining < LeastMass;
         mass = isUsedUp ? 0.0f : static_cast<float>(remaining);

@@ -31,6 +31,9 @@ public:
     /// neighbours. Any that the table does not hold is logged and gives Unexpected.
     AtomicConfiguration getAtomicConfiguration(unsigned ns1, unsigned nb1, unsigned ns2,
                                                unsigned nb2) const;
+    /// Mass that an atom loses in a unit of time; 0 for the unexpected configuration, so that such
+    /// an atom stays.
+    double rate(AtomicConfiguration configuration) const { return m_rates[configuration]; }
 
 private:
     void runPartialInitialization(std::uint32_t thread);
@@ -38,7 +41,7 @@ private:
 
     CrystalFront m_front;
     double m_timeStep = 0.1;
-    /// By configuration; 0 for the unexpected one, so that such an atom stays.
+    /// By configuration.
     std::array<double, AtomicConfigurations + 1> m_rates;
 };
 

@@ -1,5 +1,6 @@
 #include "Core/Operations/SiEtching/CrystalFront.h"
 
+#include "Core/Operations/CellularProcess/TakenVoxels.h"
 #include "Core/Operations/SiEtching/MissingNeighbor.h"
 #include "Model/Automaton/TotalVolume.h"
 
@@ -9,6 +10,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <iterator>
 #include <set>
 #include <unordered_map>
 
@@ -21,6 +24,8 @@ using Model::Automaton::TotalVolume;
 using Model::Automaton::Voxel;
 
 namespace {
+
+using ByAddress = std::less<SiAtom *>;
 
 /// Steps in one unit of the crystal: its (100) planes lie a quarter apart.
 constexpr double PlanesInUnit = 4.0;
@@ -50,7 +55,6 @@ public:
     }
 
 private:
-
     const SiLattice &m_lattice;
     std::unordered_map<const SiCell *, std::size_t> m_cells;
 };
@@ -80,8 +84,7 @@ void CrystalFront::run(const StripFunction &initialize, const StripFunction &ste
     qDebug().nospace() << "Running etching";
     if (!m_lattice)
         return;
-    m_voxels = m_volume->voxels();
-    m_nextVoxels = m_volume->nextVoxels();
+    const TakenVoxels taken(*m_volume, m_voxels, m_nextVoxels);
     clearMaskAtoms();
     runPhase(initialize);
     findSurface();
@@ -91,8 +94,6 @@ void CrystalFront::run(const StripFunction &initialize, const StripFunction &ste
     }
     for (SiLattice::MaskAtoms &atoms : m_newAtoms)
         m_lattice->maskAtoms().splice(m_lattice->maskAtoms().end(), atoms);
-    m_volume->releaseVoxels();
-    m_volume->releaseNextVoxels();
 }
 
 void CrystalFront::runPhase(const StripFunction &function) const
@@ -103,7 +104,8 @@ void CrystalFront::runPhase(const StripFunction &function) const
 
 void CrystalFront::clearMaskAtoms()
 {
-    // Bonds are plain pointers: what an earlier run has held in place must not be held for ever.
+    // Bonds are plain pointers and must not outlive what they lead to; and what an earlier run has
+    // held in place must not be held for ever.
     for (const boost::shared_ptr<SiAtom> &mask : m_lattice->maskAtoms())
         for (unsigned position = 0; position < SiAtom::Bonds; ++position)
             if (SiAtom *held = mask->link(position))
@@ -137,9 +139,10 @@ void CrystalFront::restore(SiAtom &atom)
 void CrystalFront::findSurface()
 {
     std::vector<std::size_t> candidates;
-    for (const std::vector<std::size_t> &share : m_candidates)
+    for (std::vector<std::size_t> &share : m_candidates) {
         candidates.insert(candidates.end(), share.begin(), share.end());
-    m_candidates.clear();
+        share.clear();
+    }
     for (const std::size_t place : candidates)
         if (atomAt(place).state() != SiAtom::Active)
             restore(atomAt(place));
@@ -216,7 +219,7 @@ bool CrystalFront::treatMissingNeighbor(SiAtom &atom, unsigned position, std::ui
 
 void CrystalFront::settleList(Atoms &atoms, std::uint32_t strip) const
 {
-    std::sort(atoms.begin(), atoms.end());
+    std::sort(atoms.begin(), atoms.end(), ByAddress());
     atoms.erase(std::unique(atoms.begin(), atoms.end()), atoms.end());
     qDebug().nospace() << "Surface list size for thread " << strip << ": " << atoms.size();
 }
@@ -273,13 +276,13 @@ void CrystalFront::commitStrip(std::uint32_t strip)
         added.insert(added.end(), handed.begin(), handed.end());
     }
     // What was kept is in order already.
-    std::sort(added.begin(), added.end());
+    std::sort(added.begin(), added.end(), ByAddress());
     added.erase(std::unique(added.begin(), added.end()), added.end());
     const Atoms &kept = m_findings[strip].kept;
     Atoms &surface = m_surfaceAtoms[strip];
     surface.clear();
     std::set_union(kept.begin(), kept.end(), added.begin(), added.end(),
-                   std::back_inserter(surface));
+                   std::back_inserter(surface), ByAddress());
     qDebug().nospace() << "Surface list size for thread " << strip << ": " << surface.size();
 }
 

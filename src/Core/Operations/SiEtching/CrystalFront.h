@@ -57,8 +57,9 @@ private:
         SiAtom *atom;
         float mass;
     };
-    /// What a strip has found out in the first part of a step. The lists by strip are for the
-    /// strips that the cells of the atoms lie in.
+    /// What a strip has found out in the first part of a step. Neighbours go by the column that
+    /// their place in the world stands for, changes by strip to where the atoms' cells lie: the
+    /// two agree only where the columns of the volume are those of the world.
     struct Findings
     {
         /// Stay in the list of this strip, by address.
@@ -91,7 +92,7 @@ private:
     std::uint32_t stripOf(const SiAtom &atom) const;
 
     Model::Automaton::TotalVolume *m_volume;
-    /// Keeps the atoms.
+    /// Kept for the run, whatever the volume gets meanwhile: it owns the atoms of all lists.
     boost::shared_ptr<Model::Automaton::SiLattice> m_lattice;
     std::uint64_t m_steps;
     StripRun m_strips;

@@ -46,6 +46,8 @@ void SiWetEtchOperation::ask()
 
 void SiWetEtchOperation::cancel()
 {
+    if (m_ended)
+        return;
     m_ended = true;
     m_sequence.cancel();
 }

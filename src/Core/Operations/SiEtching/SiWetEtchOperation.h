@@ -22,6 +22,7 @@ public:
     /// After a selected volume also ends the operation, which cancels it if the observer has not
     /// set a depth; after the document's only object the operation stays.
     void next() override;
+    /// As end(), does nothing on an operation that has ended.
     void cancel() override;
     /// Etches if there are volume and depth, otherwise cancels. Does nothing on an operation that
     /// has ended. The operation may be destroyed within this call.
