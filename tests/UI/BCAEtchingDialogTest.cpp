@@ -40,8 +40,8 @@ TEST_F(BCAEtchingDialogTest, ArrowsChangeItByTheSingleStep)
     OptionsDialogs::open(m_dialog);
     field()->setFocus();
     QTest::keyClick(field(), Qt::Key_Up);
-    // To four decimals.
-    EXPECT_NEAR(m_dialog.depth(), 10.3536, 1e-9);
+    EXPECT_EQ(field()->text(), "10.3536 units");
+    EXPECT_NEAR(m_dialog.depth(), 10.3536, 1e-4);
     QTest::keyClick(field(), Qt::Key_Down);
     QTest::keyClick(field(), Qt::Key_Down);
     EXPECT_EQ(field()->text(), "9.6464 units");
