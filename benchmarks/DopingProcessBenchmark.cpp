@@ -1,5 +1,5 @@
-// The processes that masks, dopants and oxide come from, ten units on a wafer with a trench, and the
-// development of a resist film of 20 layers through a mask that lights every other column. Two
+// The processes that masks, dopants and oxide come from, ten units on a wafer with a trench, and
+// the development of a resist film of 20 layers through a mask that lights every other column. Two
 // floors in the same run: one pass over both cell arrays, and a copy of both.
 
 #include "ProcessRuns.h"

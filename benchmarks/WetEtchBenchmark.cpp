@@ -1,6 +1,7 @@
-// The silicon crystal over a wafer, and ten units of its wet etching: the whole top of a bare wafer,
-// and a pit below a resist mask whose opening is half as wide as the wafer. Two floors: for the
-// crystal the filling of as many fresh bytes as its atoms take, for etching one look at every atom.
+// The silicon crystal over a wafer, and ten units of its wet etching: the whole top of a bare
+// wafer, and a pit below a resist mask whose opening is half as wide as the wafer. Two floors: for
+// the crystal the filling of as many fresh bytes as its atoms take, for etching one look at every
+// atom.
 
 #include "ProcessRuns.h"
 #include "Wafer.h"

@@ -8,8 +8,8 @@ class Stage;
 /// plated with copper, and the oxide removed from under it.
 void surfaceMicromachinedBridge(Stage &stage);
 
-/// Resist is exposed through a mask, the oxide under it etched, the opening doped, the wafer oxidized
-/// in a furnace, and ions implanted through the opening.
+/// Resist is exposed through a mask, the oxide under it etched, the opening doped, the wafer
+/// oxidized in a furnace, and ions implanted through the opening.
 void dopedOpening(Stage &stage);
 
 /// A square and a slanted slot in a resist mask let a wet etch into the silicon; the pits are seen

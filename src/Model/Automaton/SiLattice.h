@@ -21,8 +21,8 @@ class TotalVolume;
 /// (100) plane, and the x and y axes of the volume lie along 110 directions.
 ///
 /// Only unit cells with an atom in silicon are kept. They own their atoms; the bonds between atoms
-/// are plain pointers and valid as long as the lattice. The lattice does not follow when the cells of
-/// the volume change. Belongs to the thread that runs the process.
+/// are plain pointers and valid as long as the lattice. The lattice does not follow when the cells
+/// of the volume change. Belongs to the thread that runs the process.
 class SiLattice final
 {
 public:

@@ -10,10 +10,10 @@ class TotalVolume;
 
 namespace Core::Operations {
 
-/// Etches the silicon crystal of a volume by counting bonds: each step takes every surface atom that
-/// a (100) plane would lose and spares the atoms of (111) planes. Other materials and the sides of
-/// the volume hold the atoms next to them. A cell whose last atom has gone becomes empty. No random
-/// numbers and no rates.
+/// Etches the silicon crystal of a volume by counting bonds: each step takes every surface atom
+/// that a (100) plane would lose and spares the atoms of (111) planes. Other materials and the
+/// sides of the volume hold the atoms next to them. A cell whose last atom has gone becomes empty.
+/// No random numbers and no rates.
 ///
 /// The result does not depend on where the atoms lie in memory; on the number of threads only in
 /// volumes whose columns are not those of the world, which are away from x = 0 or have cells whose

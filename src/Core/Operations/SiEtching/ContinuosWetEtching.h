@@ -16,8 +16,8 @@ namespace Core::Operations {
 /// 1 when a run begins, that falls in each step of 0.1 by the rate of the atom's configuration. The
 /// atom goes when its mass is used up. All else is as in AtomicStructureSimpleSiWetEtch.
 ///
-/// An atom takes part as long as one of its four bonds was never made: bonds to removed atoms count.
-/// So a run acts on the surface that the lattice had when it began.
+/// An atom takes part as long as one of its four bonds was never made: bonds to removed atoms
+/// count. So a run acts on the surface that the lattice had when it began.
 class ContinuosWetEtching final
 {
 public:
