@@ -1,9 +1,9 @@
 #include "UI/Observers/DopingOptionsObserver.h"
 
 #include "Core/Operations/SimpleDoping/DopingOperation.h"
-#include "Model/Process/ProcessFactory.h"
 #include "UI/ModalDialog.h"
 #include "UI/Operations/DopingOptionsDialog.h"
+#include "UI/Operations/ProcessDialogs.h"
 
 namespace Ui::Observers {
 
@@ -12,13 +12,11 @@ void DopingOptionsObserver::update()
     const auto operation = current<Core::Operations::DopingOperation>();
     if (!operation)
         return;
-    const Model::Process::Process process =
-        Model::Process::ProcessFactory::instance()->processByName(QStringLiteral("Simple Doping"));
-    Operations::DopingOptionsDialog dialog(process, dialogParent());
-    if (!runModally(dialog))
+    const auto dialog = Operations::dopingDialog(dialogParent());
+    if (!runModally(*dialog))
         return;
-    operation->setDepth(static_cast<float>(dialog.depth()));
-    operation->setMaterial(dialog.material());
+    operation->setDepth(static_cast<float>(dialog->depth()));
+    operation->setMaterial(dialog->material());
     operation->end();
 }
 

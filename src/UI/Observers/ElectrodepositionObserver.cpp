@@ -1,9 +1,9 @@
 #include "UI/Observers/ElectrodepositionObserver.h"
 
 #include "Core/Operations/Electrodeposition/ElectrodepositionOperation.h"
-#include "Model/Materials/MaterialFactory.h"
 #include "UI/ModalDialog.h"
 #include "UI/Operations/ElectrodepositionDialog.h"
+#include "UI/Operations/ProcessDialogs.h"
 
 namespace Ui::Observers {
 
@@ -12,13 +12,12 @@ void ElectrodepositionObserver::update()
     const auto operation = current<Core::Operations::ElectrodepositionOperation>();
     if (!operation)
         return;
-    Operations::ElectrodepositionDialog dialog(dialogParent());
-    dialog.setMaterials(Model::Materials::MaterialFactory::instance()->materials());
-    if (!runModally(dialog))
+    const auto dialog = Operations::electroplatingDialog(dialogParent());
+    if (!runModally(*dialog))
         return;
-    operation->setThickness(static_cast<float>(dialog.thickness()));
-    operation->setMaterial(dialog.material());
-    operation->setConductingMaterial(dialog.conductingMaterial());
+    operation->setThickness(static_cast<float>(dialog->thickness()));
+    operation->setMaterial(dialog->material());
+    operation->setConductingMaterial(dialog->conductingMaterial());
     operation->end();
 }
 

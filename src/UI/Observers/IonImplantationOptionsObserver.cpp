@@ -1,9 +1,9 @@
 #include "UI/Observers/IonImplantationOptionsObserver.h"
 
 #include "Core/Operations/IonImplantation/IonImplantationOperation.h"
-#include "Model/Process/ProcessFactory.h"
 #include "UI/ModalDialog.h"
 #include "UI/Operations/IonImplantationOptionsDialog.h"
+#include "UI/Operations/ProcessDialogs.h"
 
 namespace Ui::Observers {
 
@@ -12,15 +12,12 @@ void IonImplantationOptionsObserver::update()
     const auto operation = current<Core::Operations::IonImplantationOperation>();
     if (!operation)
         return;
-    const Model::Process::Process process =
-        Model::Process::ProcessFactory::instance()->processByName(
-            QStringLiteral("Ion Implantation"));
-    Operations::IonImplantationOptionsDialog dialog(process, dialogParent());
-    if (!runModally(dialog))
+    const auto dialog = Operations::ionImplantationDialog(dialogParent());
+    if (!runModally(*dialog))
         return;
-    operation->setAnnealingDistance(static_cast<float>(dialog.annealingDistance()));
-    operation->setImplantationDepth(static_cast<float>(dialog.implantationDepth()));
-    operation->setMaterial(dialog.material());
+    operation->setAnnealingDistance(static_cast<float>(dialog->annealingDistance()));
+    operation->setImplantationDepth(static_cast<float>(dialog->implantationDepth()));
+    operation->setMaterial(dialog->material());
     operation->end();
 }
 

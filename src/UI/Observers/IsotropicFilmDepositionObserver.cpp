@@ -1,9 +1,9 @@
 #include "UI/Observers/IsotropicFilmDepositionObserver.h"
 
 #include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDepositionOperation.h"
-#include "Model/Process/ProcessFactory.h"
 #include "UI/ModalDialog.h"
 #include "UI/Operations/IsotropicDepositionDialog.h"
+#include "UI/Operations/ProcessDialogs.h"
 
 namespace Ui::Observers {
 
@@ -12,13 +12,11 @@ void IsotropicFilmDepositionObserver::update()
     const auto operation = current<Core::Operations::IsotropicFilmDepositionOperation>();
     if (!operation)
         return;
-    const Model::Process::Process process =
-        Model::Process::ProcessFactory::instance()->processByName(QStringLiteral("CVD"));
-    Operations::IsotropicDepositionDialog dialog(process, dialogParent());
-    if (!runModally(dialog))
+    const auto dialog = Operations::cvdDialog(dialogParent());
+    if (!runModally(*dialog))
         return;
-    operation->setThickness(static_cast<float>(dialog.thickness()));
-    operation->setMaterial(dialog.material());
+    operation->setThickness(static_cast<float>(dialog->thickness()));
+    operation->setMaterial(dialog->material());
     operation->end();
 }
 

@@ -2,15 +2,15 @@
 
 #include "Core/Operations/MooreNeighborhood/MooreNeighborhoodDepositionOperation.h"
 #include "UI/Observers/MooreLayers.h"
-
-#include <QString>
+#include "UI/Operations/MooreOptionsDialog.h"
+#include "UI/Operations/ProcessDialogs.h"
 
 namespace Ui::Observers {
 
 void MooreDepositionObserver::update()
 {
     if (const auto operation = current<Core::Operations::MooreNeighborhoodDepositionOperation>())
-        askForMooreLayers(*operation, QStringLiteral("Film Thickness"), dialogParent());
+        askForMooreLayers(*operation, *Operations::mooreDepositionDialog(dialogParent()));
 }
 
 } // namespace Ui::Observers

@@ -1,17 +1,17 @@
 #pragma once
 
-class QString;
-class QWidget;
-
 namespace Core::Operations {
 class MooreProcessOperation;
+}
+namespace Ui::Operations {
+class MooreOptionsDialog;
 }
 
 namespace Ui::Observers {
 
-/// Asks for the film and the number of layers, which the dialog calls `valueLabel`, and runs the
-/// operation; cancels it when the dialog is rejected. The caller keeps the operation alive.
+/// Asks for the film and the number of layers in the dialog, and runs the operation; cancels it when
+/// the dialog is rejected. The caller keeps the operation alive.
 void askForMooreLayers(Core::Operations::MooreProcessOperation &operation,
-                       const QString &valueLabel, QWidget *dialogParent);
+                       Operations::MooreOptionsDialog &dialog);
 
 } // namespace Ui::Observers

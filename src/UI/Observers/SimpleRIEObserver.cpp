@@ -1,8 +1,8 @@
 #include "UI/Observers/SimpleRIEObserver.h"
 
 #include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtchingOperation.h"
-#include "Model/Materials/MaterialFactory.h"
 #include "UI/ModalDialog.h"
+#include "UI/Operations/ProcessDialogs.h"
 #include "UI/Operations/SimpleRIEDialog.h"
 
 namespace Ui::Observers {
@@ -12,16 +12,15 @@ void SimpleRIEObserver::update()
     const auto operation = current<Core::Operations::SimpleReactiveIonEtchingOperation>();
     if (!operation)
         return;
-    Operations::SimpleRIEDialog dialog(dialogParent());
-    dialog.setMaterials(Model::Materials::MaterialFactory::instance()->materials());
-    if (!runModally(dialog)) {
+    const auto dialog = Operations::simpleRieDialog(dialogParent());
+    if (!runModally(*dialog)) {
         operation->cancel();
         return;
     }
-    operation->setDepth(static_cast<double>(dialog.depth()));
-    operation->setMaterial(dialog.material());
-    operation->setEtchFromBelow(dialog.etchFromBelow());
-    operation->setEtchFromTop(dialog.etchFromTop());
+    operation->setDepth(static_cast<double>(dialog->depth()));
+    operation->setMaterial(dialog->material());
+    operation->setEtchFromBelow(dialog->etchFromBelow());
+    operation->setEtchFromTop(dialog->etchFromTop());
     operation->end();
 }
 

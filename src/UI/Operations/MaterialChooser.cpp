@@ -20,17 +20,20 @@ int channel(float component)
 
 } // namespace
 
+QColor materialColor(const Model::Materials::Material &material)
+{
+    const float *components = material.color();
+    return QColor(channel(components[0]), channel(components[1]), channel(components[2]),
+                  channel(components[3]));
+}
+
 void fillMaterialChooser(QComboBox &chooser,
                          const std::vector<Model::Materials::Material> &materials)
 {
     chooser.clear();
     for (const Model::Materials::Material &material : materials) {
-        const float *components = material.color();
-        QColor color;
-        color.setRgb(channel(components[0]), channel(components[1]), channel(components[2]),
-                     channel(components[3]));
         QPixmap swatch(100, 100);
-        swatch.fill(color);
+        swatch.fill(materialColor(material));
         chooser.addItem(QIcon(swatch), material.name(), material.id());
     }
 }
