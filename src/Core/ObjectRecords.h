@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QMutex>
+
 #include <cstdint>
 #include <map>
 
@@ -7,7 +9,7 @@ namespace Core {
 
 /// Per object id: the last operation that ran on the object, and whether its silicon lattice is
 /// stale. Process operations write both when they end; wet etching rebuilds a stale lattice and
-/// clears the flag.
+/// clears the flag. May be used from any thread: a batch worker writes it while the window lives on.
 class ObjectRecords final
 {
 public:
@@ -22,6 +24,7 @@ public:
     void clear();
 
 private:
+    mutable QMutex m_mutex;
     std::map<std::uint32_t, std::uint32_t> m_lastOperations;
     std::map<std::uint32_t, bool> m_staleLattices;
 };

@@ -26,6 +26,7 @@
 #include "UI/MainWindow.h"
 #include "UI/MainWindowPresenter.h"
 #include "UI/Observers/AtomicSiBCAEtchObserver.h"
+#include "UI/Observers/BatchRunObserver.h"
 #include "UI/Observers/CCAWetEtchingObserver.h"
 #include "UI/Observers/CVDObserver.h"
 #include "UI/Observers/CreateSubstrateObserver.h"
@@ -125,7 +126,7 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
     case 23:
         return makeObserved<SpinCoatingOperation, Observers::SpinCoatingObserver>(*m_presenter);
     case 24:
-        return boost::make_shared<SelectVolumesOperation>(workspace);
+        return makeObserved<SelectVolumesOperation, Observers::BatchRunObserver>(*m_presenter);
     case 26:
         return makeObserved<SimpleSiOxidationOperation, Observers::SiOxidationObserver>(
             *m_presenter);

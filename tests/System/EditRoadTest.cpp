@@ -218,7 +218,11 @@ TEST_F(EditRoadTest, TheBatchPromptAsksAgainUntilTheAnswerBeginsWithN)
     EXPECT_EQ(m_driver.consoleLines().count(prompt), 2);
     m_driver.press(Qt::Key_Return);
     EXPECT_EQ(m_driver.consoleLines().count(prompt), 3);
-    m_driver.typeIntoConsole("no");
+    m_driver.answering(
+        {DialogAnswer()
+             .look([](QWidget &dialog) { EXPECT_EQ(dialog.windowTitle(), "Batch Run"); })
+             .click("btnClose")},
+        [this] { m_driver.typeIntoConsole("no"); });
     EXPECT_EQ(m_driver.consoleLines().count(prompt), 3);
     EXPECT_FALSE(m_driver.workspace().currentOperation());
     EXPECT_EQ(m_driver.action("actionUndo").text(), "Undo Create Substrate");

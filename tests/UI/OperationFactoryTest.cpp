@@ -4,6 +4,7 @@
 #include "Core/Operations/ObjectOperation.h"
 #include "Core/Operations/Photolithography/PhotolithographyOperation.h"
 #include "Core/Operations/Planarization/PlanarizationOperation.h"
+#include "Core/Operations/SelectVolumesOperation.h"
 #include "Core/Operations/SiEtching/AtomisticSiWetEtchingOperation.h"
 #include "Core/Operations/SiEtching/ContinousWetEtchOperation.h"
 #include "Core/Operations/SiOxidation/SimpleSiOxidationOperation.h"
@@ -119,6 +120,10 @@ TEST_F(OperationFactoryTest, ClassWideSlotsAreOverwrittenAtEachCreation)
         // One that stays current would take the next selection with it.
         m_driver.press(Qt::Key_Escape);
     }
+    using Core::Operations::SelectVolumesOperation;
+    SelectVolumesOperation::setObserver(boost::make_shared<Counter>(updates));
+    select();
+    m_driver.trigger("actionBatch_Run", {Support::DialogAnswer().click("btnClose")});
     EXPECT_EQ(updates, 0);
 
     // Also an operation of the class that was there before has the new observer.
