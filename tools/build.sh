@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Configures where needed and builds: tools/build.sh PRESET [TARGET...]
-# The presets are those of CMakePresets.json (release, debug, asan, fuzz), the result is in build/PRESET;
+# The presets are those of CMakePresets.json (release, debug, asan, tsan, fuzz), the result is in build/PRESET;
 # without a target everything is built. run.sh, test.sh, bench.sh and CI all build through here.
 #
 # LITHARA_WERROR=1 makes warnings errors, 0 lets them be warnings again; when it is not set, a tree

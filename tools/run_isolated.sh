@@ -68,6 +68,7 @@ export DBUS_SESSION_BUS_ADDRESS=unix:path=/dev/null
 export ASAN_OPTIONS=detect_stack_use_after_return=1:check_initialization_order=1${ASAN_OPTIONS:+:$ASAN_OPTIONS}
 export UBSAN_OPTIONS=print_stacktrace=1${UBSAN_OPTIONS:+:$UBSAN_OPTIONS}
 export LSAN_OPTIONS="suppressions='$tools/lsan.supp':print_suppressions=0${LSAN_OPTIONS:+:$LSAN_OPTIONS}"
+export TSAN_OPTIONS="suppressions='$tools/tsan.supp':ignore_noninstrumented_modules=1${TSAN_OPTIONS:+:$TSAN_OPTIONS}"
 
 cd "$folder/work"
 exec "${runner[@]}" "$command" "$@"

@@ -183,8 +183,6 @@ TEST_F(BatchRunRoadTest, AListOfAllSixteenStepsRunsInANewProgramAsItsEnginesDo)
     const auto play = [&](QWidget &dialog) {
         names = BatchDialogs::steps(dialog);
         click(dialog, "btnRun");
-        QTest::qWait(100);
-        shoot(driver, "running.png");
         EXPECT_TRUE(QTest::qWaitFor(
             [&] {
                 shown.insert(bar(dialog).value());
@@ -247,12 +245,14 @@ TEST_F(BatchRunRoadTest, ALongListMovesTheBarWhileTheViewTurns)
         EXPECT_TRUE(QTest::qWaitFor(
             [&] {
                 driver.view().setView(-90, 0, 10.0 * ++turns);
-                shown.insert(bar(dialog).value());
-                return bar(dialog).value() == 13;
+                const int value = bar(dialog).value();
+                if (value > 0 && value < 13 && !shown.count(value))
+                    shoot(driver, "running.png");
+                shown.insert(value);
+                return value == 13;
             },
             110000));
         EXPECT_GT(turns, 2);
-        shoot(driver, "long.png");
         EXPECT_TRUE(QTest::qWaitFor(
             [&] {
                 click(dialog, "btnClose");

@@ -3,6 +3,7 @@
 #include "Support/Volumes.h"
 #include "Support/WindowDriver.h"
 #include "UI/BatchDialogs.h"
+#include "UI/GLWidget.h"
 
 #include <gtest/gtest.h>
 
@@ -54,8 +55,13 @@ protected:
         m_grid = {60, 60, m_driver.volumes().front()->sizeZ()};
         ASSERT_EQ(m_cells.size(), m_grid.cells());
         const QString folder = qEnvironmentVariable("LITHARA_SHOTS");
-        if (!folder.isEmpty())
-            m_driver.picture().save(folder + "/" + name + ".png");
+        if (folder.isEmpty())
+            return;
+        m_driver.view().setZoom(0.15f);
+        for (const double tilt : {-50.0, -130.0}) {
+            m_driver.view().setView(tilt, 0, 30);
+            m_driver.picture().save(QString("%1/%2%3.png").arg(folder, name).arg(tilt));
+        }
     }
     std::uint32_t cell(std::uint32_t x, std::uint32_t y, std::uint32_t z)
     {

@@ -216,6 +216,10 @@ TEST_F(BatchRunObserverTest, TheEndOfTheProgramWaitsForTheStepInProgress)
     expectWholeOrNotBegun();
     EXPECT_EQ(count(*m_volumes[0], Gold), 0u);
     EXPECT_FALSE(m_driver->workspace().currentOperation());
+    // No event loop runs after an exit until the program's own has begun anew.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
+    QCoreApplication::exec();
 }
 
 // The slot of the class may hold the observer of a window that was closed meanwhile.

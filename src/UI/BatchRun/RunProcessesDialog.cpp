@@ -36,6 +36,7 @@ namespace {
 constexpr int ProgressInterval = 500; // milliseconds
 constexpr int LockPatience = 10;      // milliseconds
 constexpr int SwatchSize = 25;        // pixels
+constexpr int ColumnMargin = 20;      // pixels
 
 enum Column
 {
@@ -108,6 +109,9 @@ RunProcessesDialog::RunProcessesDialog(
     m_form->setupUi(this);
     for (const auto &choice : Choices)
         m_form->cbxProcess->addItem(QLatin1String(choice.text), static_cast<int>(choice.type));
+    m_form->trwProcesses->setColumnWidth(
+        ParameterColumn,
+        fontMetrics().horizontalAdvance(StepParameters::HorizontalRatio) + ColumnMargin);
     connect(m_form->trwProcesses, &QTreeWidget::itemSelectionChanged, this,
             &RunProcessesDialog::selectionChanged);
     m_progressTimer.setInterval(ProgressInterval);
@@ -141,15 +145,18 @@ void RunProcessesDialog::showTopMask(const std::vector<bool> &bits, std::uint32_
 
 void RunProcessesDialog::createVolume(Core::Operations::SubstrateBuilder &builder)
 {
-    const auto create = [this, &builder] {
-        m_window->makeViewCurrent();
-        m_volume = builder.build();
-        m_workspace->document().addObject(m_volume);
-    };
     if (QThread::currentThread() == thread())
-        create();
+        addVolume(builder);
     else
-        QMetaObject::invokeMethod(this, create, Qt::BlockingQueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, &builder] { addVolume(builder); }, Qt::BlockingQueuedConnection);
+}
+
+void RunProcessesDialog::addVolume(Core::Operations::SubstrateBuilder &builder)
+{
+    m_window->makeViewCurrent();
+    m_volume = builder.build();
+    m_workspace->document().addObject(m_volume);
 }
 
 void RunProcessesDialog::endRun()

@@ -92,6 +92,8 @@ protected:
 private:
     /// On the worker thread.
     void runProcesses(const std::vector<ProcessData> &steps);
+    /// On the dialog's thread, while a worker waits.
+    void addVolume(Core::Operations::SubstrateBuilder &builder);
     void rebuildTree();
     void moveSelected(int offset);
     /// The index in the list of the first selected step, from the top; -1 with none.
