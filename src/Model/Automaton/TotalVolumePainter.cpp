@@ -10,6 +10,7 @@
 #include <GL/gl.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace Model::Automaton {
@@ -60,7 +61,8 @@ TotalVolumePainter::TotalVolumePainter(TotalVolume *volume)
       m_displayList(glGenLists(1)),
       m_cellSizeX(volume->cellSizeX()),
       m_cellSizeY(volume->cellSizeY()),
-      m_cellSizeZ(volume->cellSizeZ())
+      m_cellSizeZ(volume->cellSizeZ()),
+      m_atomicRenderer(volume, &m_cutPlanes)
 {
     setCutLimits({0, 0, 0}, {volume->sizeX(), volume->sizeY(), volume->sizeZ()});
 }
@@ -76,6 +78,8 @@ void TotalVolumePainter::rebuild()
     rebuildDirectFaces();
     if (m_showEmptyVoxels)
         rebuildEmptyFaces();
+    m_atomicRenderer.buildUnitCells();
+    m_atomicRenderer.buildAtoms();
 }
 
 void TotalVolumePainter::rebuildDirectFaces()
@@ -248,6 +252,14 @@ void TotalVolumePainter::setCutLimits(const CellTriple &lower, const CellTriple 
 {
     const QMutexLocker lock(&m_limitsMutex);
     m_limits = {lower, upper};
+    m_cutPlanes.clear();
+    for (unsigned axis = 0; axis < 3; ++axis) {
+        std::array<float, 3> outward{};
+        outward[axis] = -1.0f;
+        m_cutPlanes.add(outward[0], outward[1], outward[2], static_cast<float>(lower[axis]));
+        outward[axis] = 1.0f;
+        m_cutPlanes.add(outward[0], outward[1], outward[2], -static_cast<float>(upper[axis]));
+    }
 }
 
 void TotalVolumePainter::cutLimits(CellTriple &lower, CellTriple &upper) const

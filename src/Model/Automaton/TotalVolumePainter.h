@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Model/Automaton/AtomicRenderer.h"
 #include "Model/Automaton/CutLimits.h"
+#include "Model/Automaton/CutPlanes.h"
 #include "Model/Automaton/MaterialPalette.h"
 #include "Model/Geometry/FaceList.h"
 
@@ -51,7 +53,8 @@ public:
     void drawForPicking() const;
 
     /// Cells; upper is exclusive and at most the volume's size. Limits with a lower one that is not
-    /// below its upper one show nothing. Builds nothing.
+    /// below its upper one show nothing. Builds nothing. The planes take the numbers as world
+    /// coordinates, which fits a volume at the origin with cells of edge 1.
     void setCutLimits(const CellTriple &lower, const CellTriple &upper);
     void cutLimits(CellTriple &lower, CellTriple &upper) const;
 
@@ -63,6 +66,21 @@ public:
     /// the next rebuild().
     void setSurfaceAlgorithm(std::uint32_t algorithm);
     std::uint32_t surfaceAlgorithm() const { return m_surfaceAlgorithm; }
+
+    /// The five options of the atomistic picture; what is switched on shows after the next rebuild().
+    bool renderUnitCells() const { return m_atomicRenderer.renderUnitCells(); }
+    void setRenderUnitCells(bool render) { m_atomicRenderer.setRenderUnitCells(render); }
+    bool renderOutlines() const { return m_atomicRenderer.renderOutlines(); }
+    void setRenderOutlines(bool render) { m_atomicRenderer.setRenderOutlines(render); }
+    bool renderAtoms() const { return m_atomicRenderer.renderAtoms(); }
+    void setRenderAtoms(bool render) { m_atomicRenderer.setRenderAtoms(render); }
+    bool surfaceAtomsOnly() const { return m_atomicRenderer.surfaceAtomsOnly(); }
+    void setSurfaceAtomsOnly(bool only) { m_atomicRenderer.setSurfaceAtomsOnly(only); }
+    bool renderLinks() const { return m_atomicRenderer.renderLinks(); }
+    void setRenderLinks(bool render) { m_atomicRenderer.setRenderLinks(render); }
+
+    const CutPlanes &cutPlanes() const { return m_cutPlanes; }
+    const AtomicRenderer &atomicRenderer() const { return m_atomicRenderer; }
 
     const Geometry::FaceList &opaqueFaces() const { return m_opaqueFaces; }
     const Geometry::FaceList &transparentFaces() const { return m_transparentFaces; }
@@ -92,6 +110,8 @@ private:
     float m_cellSizeZ;
     mutable QMutex m_limitsMutex;
     CutLimits m_limits;
+    CutPlanes m_cutPlanes;
+    AtomicRenderer m_atomicRenderer;
     MaterialPalette m_palette;
     Geometry::FaceList m_opaqueFaces;
     Geometry::FaceList m_transparentFaces;

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QPointer>
+
+#include <cstddef>
+#include <cstdint>
+
+class QOpenGLContextGroup;
+
+namespace Model::Geometry {
+
+/// One vertex buffer of OpenGL. It remembers which contexts know its name, so that it never takes a
+/// buffer of another window for its own and can be let go of without a context: what is left then
+/// goes with the context that made it.
+class DrawBuffer final
+{
+public:
+    /// Whether a buffer could be made on this thread now.
+    static bool isContextCurrent();
+
+    DrawBuffer() = default;
+    ~DrawBuffer();
+    DrawBuffer(const DrawBuffer &) = delete;
+    DrawBuffer &operator=(const DrawBuffer &) = delete;
+
+    /// Replaces what the buffer holds. Without a context there is none afterwards.
+    void upload(const void *data, std::size_t bytes);
+    /// Deletes the buffer, if there is one.
+    void release();
+
+    /// 0 for none, and where the current context does not know the buffer.
+    std::uint32_t name() const;
+    /// Makes it the source of the vertex pointers that are set from here on. False without a buffer.
+    bool bind() const;
+    static void unbind();
+
+private:
+    std::uint32_t m_name = 0;
+    QPointer<QOpenGLContextGroup> m_owners;
+};
+
+} // namespace Model::Geometry
