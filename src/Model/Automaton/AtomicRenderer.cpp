@@ -5,6 +5,7 @@
 #include "Model/Automaton/CutPlanes.h"
 #include "Model/Automaton/SiLattice.h"
 #include "Model/Automaton/TotalVolume.h"
+#include "Model/Geometry/DrawState.h"
 #include "Model/Geometry/UnitSphere.h"
 
 #include <QDebug>
@@ -68,12 +69,6 @@ void upload(DrawBuffer &buffer, const QVector<float> &floats)
 GLsizei vertexCount(const QVector<float> &floats)
 {
     return floats.size() / 3;
-}
-
-/// What glVertexPointer and its like take for a place in the bound buffer.
-const void *offset(std::size_t bytes)
-{
-    return reinterpret_cast<const void *>(bytes);
 }
 
 bool hasBonds(const SiAtom &atom)
@@ -201,8 +196,8 @@ void AtomicRenderer::drawOpaque() const
     const auto lattice = m_volume->siLattice();
     if (lattice && m_renderAtoms && m_atomBuffer.bind()) {
         const std::size_t half = static_cast<std::size_t>(m_atomMesh.size()) / 2 * sizeof(float);
-        glVertexPointer(3, GL_FLOAT, 0, offset(0));
-        glNormalPointer(GL_FLOAT, 0, offset(half));
+        glVertexPointer(3, GL_FLOAT, 0, DrawBuffer::place(0));
+        glNormalPointer(GL_FLOAT, 0, DrawBuffer::place(half));
         glEnableClientState(GL_VERTEX_ARRAY);
         glEnableClientState(GL_NORMAL_ARRAY);
         drawAtoms(*lattice);
@@ -211,7 +206,7 @@ void AtomicRenderer::drawOpaque() const
         DrawBuffer::unbind();
     }
     if (m_renderLinks && m_linkBuffer.bind()) {
-        glVertexPointer(3, GL_FLOAT, 0, offset(0));
+        glVertexPointer(3, GL_FLOAT, 0, DrawBuffer::place(0));
         glEnableClientState(GL_VERTEX_ARRAY);
         glColor3ub(255, 255, 127);
         // Level, so that links have one shade whatever was drawn before them.
@@ -265,18 +260,13 @@ void AtomicRenderer::drawOutlines() const
         lengths.fill(VerticesOfLoop);
         return lengths;
     }();
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
-    glDisable(GL_LIGHTING);
-    glEnable(GL_POLYGON_OFFSET_FILL);
-    glPolygonOffset(-2.5f, -2.5f);
-    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
-    glLineWidth(2.0f);
+    Geometry::pushEdgeState();
     glColor3ub(127, 127, 255);
     glEnableClientState(GL_VERTEX_ARRAY);
     const GLsizei loops = vertexCount(m_outlineVertices) / VerticesOfLoop;
     for (GLsizei first = 0; first < loops; first += LoopsOfBatch) {
         const std::size_t start = static_cast<std::size_t>(first) * VerticesOfLoop * 3;
-        glVertexPointer(3, GL_FLOAT, 0, offset(start * sizeof(float)));
+        glVertexPointer(3, GL_FLOAT, 0, DrawBuffer::place(start * sizeof(float)));
         glMultiDrawArrays(GL_LINE_LOOP, firsts.data(), counts.data(),
                           std::min(loops - first, LoopsOfBatch));
     }
@@ -289,14 +279,10 @@ void AtomicRenderer::drawTransparent() const
     const auto lattice = m_volume->siLattice();
     if (!lattice || !m_renderUnitCells || !m_unitCellBuffer.bind())
         return;
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    Geometry::pushTransparentState();
     glDisable(GL_LIGHTING);
-    glEnable(GL_BLEND);
-    // 0 names no side: the call is refused and culling stays on the back. Pictures rely on it.
-    glCullFace(0);
-    glDepthMask(GL_FALSE);
     glColor4ub(127, 127, 255, 127);
-    glVertexPointer(3, GL_FLOAT, 0, offset(0));
+    glVertexPointer(3, GL_FLOAT, 0, DrawBuffer::place(0));
     glEnableClientState(GL_VERTEX_ARRAY);
     for (const SiLattice::Entry &entry : lattice->cells()) {
         const Vector3D &position = entry.second->position();

@@ -101,6 +101,7 @@ void TotalVolume::setTopMask(const std::vector<bool> &bits, std::uint32_t width,
     m_topMask = bits;
     m_topMaskWidth = width;
     m_topMaskHeight = height;
+    ++m_maskRevision;
 }
 
 void TotalVolume::setBottomMask(const std::vector<bool> &bits, std::uint32_t width,
@@ -109,6 +110,7 @@ void TotalVolume::setBottomMask(const std::vector<bool> &bits, std::uint32_t wid
     m_bottomMask = bits;
     m_bottomMaskWidth = width;
     m_bottomMaskHeight = height;
+    ++m_maskRevision;
 }
 
 void TotalVolume::topMaskExtent(std::uint32_t &width, std::uint32_t &height) const
@@ -126,11 +128,13 @@ void TotalVolume::bottomMaskExtent(std::uint32_t &width, std::uint32_t &height) 
 void TotalVolume::clearTopMask()
 {
     std::fill(m_topMask.begin(), m_topMask.end(), false);
+    ++m_maskRevision;
 }
 
 void TotalVolume::clearBottomMask()
 {
     std::fill(m_bottomMask.begin(), m_bottomMask.end(), false);
+    ++m_maskRevision;
 }
 
 } // namespace Model::Automaton

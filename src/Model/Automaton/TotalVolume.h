@@ -80,6 +80,8 @@ public:
     /// Every bit 0; length and extents stay.
     void clearTopMask();
     void clearBottomMask();
+    /// Another number after every change of a mask.
+    std::uint32_t maskRevision() const { return m_maskRevision; }
 
 private:
     std::uint32_t cellCount() const { return m_sizeX * m_sizeY * m_sizeZ; }
@@ -105,6 +107,7 @@ private:
     std::uint32_t m_bottomMaskWidth = 0;
     std::uint32_t m_topMaskHeight = 0;
     std::uint32_t m_topMaskWidth = 0;
+    std::uint32_t m_maskRevision = 0;
     boost::shared_ptr<SiLattice> m_siLattice;
     TotalVolumePainter m_painter;
 };

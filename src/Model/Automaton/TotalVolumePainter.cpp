@@ -3,6 +3,7 @@
 #include "Model/Automaton/DirectFaceBuilder.h"
 #include "Model/Automaton/TotalVolume.h"
 #include "Model/Automaton/Voxel.h"
+#include "Model/Geometry/DrawState.h"
 #include "Model/Materials/MaterialFactory.h"
 
 #include <QMutexLocker>
@@ -15,42 +16,14 @@
 
 namespace Model::Automaton {
 
-using Geometry::FaceList;
+using Geometry::DrawBuffer;
+using Geometry::FaceBuffer;
 using Geometry::QuadFace;
 
 namespace {
 
 /// The masks float this many layers of cells below and above the volume.
 constexpr float MaskGap = 5.0f;
-
-/// Adds the quads to an open GL_QUADS batch.
-void emitQuads(const FaceList &faces, const float (QuadFace::*color)[4])
-{
-    faces.forEach([color](const QuadFace &face) {
-        glNormal3fv(face.normal);
-        glColor4fv(face.*color);
-        for (const float(&vertex)[3] : face.vertices)
-            glVertex3fv(vertex);
-    });
-}
-
-void drawQuads(const FaceList &faces)
-{
-    glBegin(GL_QUADS);
-    emitQuads(faces, &QuadFace::color);
-    glEnd();
-}
-
-/// For what is drawn over the opaque picture without hiding anything: blended, both sides, depth
-/// test on, depth writes off. Ended by glPopAttrib.
-void pushTransparentState()
-{
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
-    glEnable(GL_BLEND);
-    // 0 names no side: the call is refused and culling stays on the back. Pictures rely on it.
-    glCullFace(0);
-    glDepthMask(GL_FALSE);
-}
 
 } // namespace
 
@@ -92,6 +65,8 @@ void TotalVolumePainter::rebuildDirectFaces()
                       {m_cellSizeX, m_cellSizeY, m_cellSizeZ}, m_limits, m_palette)
         .buildFaces(m_opaqueFaces, m_transparentFaces);
     m_volume->releaseVoxels();
+    m_opaqueBuffer.setChanged();
+    m_transparentBuffer.setChanged();
 }
 
 void TotalVolumePainter::rebuildEmptyFaces()
@@ -102,6 +77,7 @@ void TotalVolumePainter::rebuildEmptyFaces()
                       {m_cellSizeX, m_cellSizeY, m_cellSizeZ}, m_limits, m_palette)
         .buildEmptyFaces(m_emptyFaces);
     m_volume->releaseVoxels();
+    m_emptyBuffer.setChanged();
 }
 
 void TotalVolumePainter::reloadColors()
@@ -127,6 +103,8 @@ void TotalVolumePainter::refreshColors()
     };
     m_opaqueFaces.forEach(recolor);
     m_transparentFaces.forEach(recolor);
+    m_opaqueBuffer.setRecolored();
+    m_transparentBuffer.setRecolored();
 }
 
 void TotalVolumePainter::draw(bool showSolids, bool showEdges)
@@ -147,70 +125,84 @@ void TotalVolumePainter::draw(bool showSolids, bool showEdges)
     drawTransparentPass();
 }
 
-void TotalVolumePainter::drawSurface(bool showEdges) const
+void TotalVolumePainter::drawSurface(bool showEdges)
 {
     if (m_surfaceAlgorithm == MarchingCubes) {
         // The masks come twice with this surface: here in place, and once more, not translated, in
         // the pass that follows and that pops a second time.
-        pushTransparentState();
+        Geometry::pushTransparentState();
         drawMasks();
         glPopAttrib();
         glPopMatrix();
     } else if (m_surfaceAlgorithm == DirectCubic) {
-        drawQuads(m_opaqueFaces);
+        m_opaqueBuffer.draw(m_opaqueFaces, FaceBuffer::Fill);
         if (showEdges)
             drawDirectEdges();
     }
 }
 
-void TotalVolumePainter::drawDirectEdges() const
+void TotalVolumePainter::drawDirectEdges()
 {
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
-    glDisable(GL_LIGHTING);
-    glEnable(GL_POLYGON_OFFSET_FILL);
-    glPolygonOffset(-2.5f, -2.5f);
-    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
-    glLineWidth(2.0f);
-    glBegin(GL_QUADS);
-    emitQuads(m_opaqueFaces, &QuadFace::edgeColor);
-    emitQuads(m_transparentFaces, &QuadFace::edgeColor);
+    Geometry::pushEdgeState();
+    m_opaqueBuffer.draw(m_opaqueFaces, FaceBuffer::Edge);
+    m_transparentBuffer.draw(m_transparentFaces, FaceBuffer::Edge);
     if (m_showEmptyVoxels)
-        emitQuads(m_emptyFaces, &QuadFace::edgeColor);
-    glEnd();
+        m_emptyBuffer.draw(m_emptyFaces, FaceBuffer::Edge);
     glPopAttrib();
 }
 
-void TotalVolumePainter::drawTransparentPass() const
+void TotalVolumePainter::drawTransparentPass()
 {
-    pushTransparentState();
+    Geometry::pushTransparentState();
     if (m_surfaceAlgorithm == DirectCubic)
-        drawQuads(m_transparentFaces);
+        m_transparentBuffer.draw(m_transparentFaces, FaceBuffer::Fill);
     drawMasks();
     glPopAttrib();
     glPopMatrix();
 }
 
-void TotalVolumePainter::drawMasks() const
+void TotalVolumePainter::drawMasks()
 {
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
-    m_volume->bottomMaskExtent(width, height);
-    drawMask(m_volume->bottomMask(), width, height, -MaskGap);
-    m_volume->topMaskExtent(width, height);
-    drawMask(m_volume->topMask(), width, height, static_cast<float>(m_volume->sizeZ()) + MaskGap);
-}
-
-void TotalVolumePainter::drawMask(const std::vector<bool> &bits, std::uint32_t width,
-                                  std::uint32_t height, float layer) const
-{
-    const float z = layer * m_cellSizeZ;
-    const std::uint32_t endX = std::min(width, m_volume->sizeX());
-    const std::uint32_t endY = std::min(height, m_volume->sizeY());
+    if (!DrawBuffer::isContextCurrent())
+        return;
+    if (m_drawnMasks != m_volume->maskRevision() || m_maskBuffer.name() == 0)
+        uploadMasks();
     glDisable(GL_CULL_FACE);
     glColor4f(0.2f, 0.8f, 0.2f, 0.3f);
     // Level, so that a mask has one shade whatever was drawn before it.
     glNormal3f(0.0f, 0.0f, 1.0f);
-    glBegin(GL_QUADS);
+    if (m_maskVertices != 0 && m_maskBuffer.bind()) {
+        glVertexPointer(3, GL_FLOAT, 0, DrawBuffer::place(0));
+        glEnableClientState(GL_VERTEX_ARRAY);
+        glDrawArrays(GL_QUADS, 0, static_cast<GLsizei>(m_maskVertices));
+        glDisableClientState(GL_VERTEX_ARRAY);
+        DrawBuffer::unbind();
+    }
+    glEnable(GL_CULL_FACE);
+}
+
+void TotalVolumePainter::uploadMasks()
+{
+    std::vector<float> vertices;
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    m_volume->bottomMaskExtent(width, height);
+    appendMask(m_volume->bottomMask(), width, height, -MaskGap, vertices);
+    m_volume->topMaskExtent(width, height);
+    appendMask(m_volume->topMask(), width, height, static_cast<float>(m_volume->sizeZ()) + MaskGap,
+               vertices);
+    m_maskBuffer.upload(vertices.data(), vertices.size() * sizeof(float));
+    m_maskVertices = vertices.size() / 3;
+    m_drawnMasks = m_volume->maskRevision();
+}
+
+void TotalVolumePainter::appendMask(const std::vector<bool> &bits, std::uint32_t width,
+                                    std::uint32_t height, float layer,
+                                    std::vector<float> &vertices) const
+{
+    const float z = layer * m_cellSizeZ;
+    const std::uint32_t endX = std::min(width, m_volume->sizeX());
+    const std::uint32_t endY = std::min(height, m_volume->sizeY());
     for (std::uint32_t x = 0; x < endX; ++x) {
         for (std::uint32_t y = 0; y < endY; ++y) {
             const std::size_t bit = std::size_t{x} * height + y;
@@ -220,14 +212,9 @@ void TotalVolumePainter::drawMask(const std::vector<bool> &bits, std::uint32_t w
             const float x1 = static_cast<float>(x + 1) * m_cellSizeX;
             const float y0 = static_cast<float>(y) * m_cellSizeY;
             const float y1 = static_cast<float>(y + 1) * m_cellSizeY;
-            glVertex3f(x0, y0, z);
-            glVertex3f(x1, y0, z);
-            glVertex3f(x1, y1, z);
-            glVertex3f(x0, y1, z);
+            vertices.insert(vertices.end(), {x0, y0, z, x1, y0, z, x1, y1, z, x0, y1, z});
         }
     }
-    glEnd();
-    glEnable(GL_CULL_FACE);
 }
 
 void TotalVolumePainter::drawForPicking() const

@@ -4,12 +4,15 @@
 #include "Model/Automaton/CutLimits.h"
 #include "Model/Automaton/CutPlanes.h"
 #include "Model/Automaton/MaterialPalette.h"
+#include "Model/Geometry/DrawBuffer.h"
+#include "Model/Geometry/FaceBuffer.h"
 #include "Model/Geometry/FaceList.h"
 
 #include <QMutex>
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -90,12 +93,13 @@ private:
     void rebuildDirectFaces();
     void rebuildEmptyFaces();
     void reloadColors();
-    void drawSurface(bool showEdges) const;
-    void drawDirectEdges() const;
-    void drawTransparentPass() const;
-    void drawMasks() const;
-    void drawMask(const std::vector<bool> &bits, std::uint32_t width, std::uint32_t height,
-                  float layer) const;
+    void drawSurface(bool showEdges);
+    void drawDirectEdges();
+    void drawTransparentPass();
+    void drawMasks();
+    void uploadMasks();
+    void appendMask(const std::vector<bool> &bits, std::uint32_t width, std::uint32_t height,
+                    float layer, std::vector<float> &vertices) const;
 
     boost::shared_ptr<Materials::MaterialFactory> m_materials;
     TotalVolume *m_volume;
@@ -116,6 +120,13 @@ private:
     Geometry::FaceList m_opaqueFaces;
     Geometry::FaceList m_transparentFaces;
     Geometry::FaceList m_emptyFaces;
+    Geometry::FaceBuffer m_opaqueBuffer;
+    Geometry::FaceBuffer m_transparentBuffer;
+    Geometry::FaceBuffer m_emptyBuffer;
+    /// Both masks, as they were at this revision of the volume's masks.
+    Geometry::DrawBuffer m_maskBuffer;
+    std::size_t m_maskVertices = 0;
+    std::uint32_t m_drawnMasks = 0;
 };
 
 } // namespace Model::Automaton

@@ -21,6 +21,17 @@ bool DrawBuffer::isContextCurrent()
     return QOpenGLContext::currentContext() != nullptr;
 }
 
+const void *DrawBuffer::place(std::size_t bytes)
+{
+    return reinterpret_cast<const void *>(bytes);
+}
+
+void DrawBuffer::unbind()
+{
+    if (isContextCurrent())
+        functions().glBindBuffer(GL_ARRAY_BUFFER, 0);
+}
+
 DrawBuffer::~DrawBuffer()
 {
     release();
@@ -28,17 +39,38 @@ DrawBuffer::~DrawBuffer()
 
 void DrawBuffer::upload(const void *data, std::size_t bytes)
 {
+    if (!allocate(bytes))
+        return;
+    write(0, data, bytes);
+    unbind();
+}
+
+bool DrawBuffer::allocate(std::size_t bytes)
+{
     release();
     if (!isContextCurrent())
-        return;
+        return false;
     QGLFunctions gl = functions();
-    GLuint name = 0;
-    gl.glGenBuffers(1, &name);
-    gl.glBindBuffer(GL_ARRAY_BUFFER, name);
-    gl.glBufferData(GL_ARRAY_BUFFER, static_cast<qgl_GLsizeiptr>(bytes), data, GL_STATIC_DRAW);
-    gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
-    m_name = name;
+    gl.glGenBuffers(1, &m_name);
     m_owners = QOpenGLContextGroup::currentContextGroup();
+    gl.glBindBuffer(GL_ARRAY_BUFFER, m_name);
+    gl.glBufferData(GL_ARRAY_BUFFER, static_cast<qopengl_GLsizeiptr>(bytes), nullptr,
+                    GL_STATIC_DRAW);
+    // A buffer that found no memory keeps the size 0, and drawing from it would read past its end.
+    GLint size = 0;
+    gl.glGetBufferParameteriv(GL_ARRAY_BUFFER, GL_BUFFER_SIZE, &size);
+    if (bytes != 0 && size == 0) {
+        gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
+        release();
+        return false;
+    }
+    return true;
+}
+
+void DrawBuffer::write(std::size_t place, const void *data, std::size_t bytes)
+{
+    functions().glBufferSubData(GL_ARRAY_BUFFER, static_cast<qopengl_GLintptr>(place),
+                                static_cast<qopengl_GLsizeiptr>(bytes), data);
 }
 
 void DrawBuffer::release()
@@ -63,12 +95,6 @@ bool DrawBuffer::bind() const
         return false;
     functions().glBindBuffer(GL_ARRAY_BUFFER, name);
     return true;
-}
-
-void DrawBuffer::unbind()
-{
-    if (isContextCurrent())
-        functions().glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 
 } // namespace Model::Geometry
