@@ -3,13 +3,14 @@
 #include "Model/Automaton/CutLimits.h"
 #include "Model/Automaton/MaterialPalette.h"
 #include "Model/Automaton/TriangleList.h"
+#include "Model/Geometry/DrawBuffer.h"
 
 #include <QMutex>
 
 #include <boost/shared_ptr.hpp>
 
-#include <array>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace Model::Materials {
@@ -19,7 +20,7 @@ class MaterialFactory;
 namespace Model::Automaton {
 
 class TotalVolume;
-class Voxel;
+struct MarchingCubeGrid;
 
 /// A smooth skin around the filled cells of a volume, by marching cubes over the cells' materials
 /// taken as filled or void. Materials that touch have no border between them, and every material is
@@ -72,13 +73,34 @@ public:
     const TriangleList &triangles() const { return m_triangles; }
 
 private:
+    /// What the vertices are coloured by.
+    struct Coloring
+    {
+        bool isHighlighted = false;
+        std::vector<std::pair<std::uint32_t, MaterialPalette::Color>> materials;
+
+        bool operator==(const Coloring &other) const
+        {
+            return isHighlighted == other.isHighlighted && materials == other.materials;
+        }
+    };
+
+    void buildTriangles(const MarchingCubeGrid &grid);
+    /// False if there is nothing to draw from.
+    bool updateBuffers();
+    void uploadColors(const std::vector<Materials::Material> &materials);
+
     TotalVolume *m_volume;
     boost::shared_ptr<Materials::MaterialFactory> m_materials;
     std::uint32_t m_sizeX;
     std::uint32_t m_sizeY;
     std::uint32_t m_sizeZ;
     TriangleList m_triangles;
-    MaterialPalette m_palette;
+    Geometry::DrawBuffer m_vertexBuffer;
+    Geometry::DrawBuffer m_colorBuffer;
+    bool m_areBuffersStale = true;
+    /// What the colour buffer was filled by.
+    Coloring m_coloring;
     /// One build or draw at a time.
     QMutex m_mutex;
 };

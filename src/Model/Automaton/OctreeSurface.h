@@ -2,16 +2,15 @@
 
 #include "Model/Automaton/CutLimits.h"
 #include "Model/Automaton/MaterialPalette.h"
+#include "Model/Automaton/OctreeBuilder.h"
 #include "Model/Automaton/OctreeNode.h"
+#include "Model/Geometry/FaceBuffer.h"
 #include "Model/Geometry/FaceList.h"
 
 #include <boost/shared_ptr.hpp>
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <vector>
 
 namespace Model::Materials {
 class MaterialFactory;
@@ -20,7 +19,6 @@ class MaterialFactory;
 namespace Model::Automaton {
 
 class TotalVolume;
-class Voxel;
 
 /// A picture of merged blocks: equal cells collapse into large leaves of an octree, and a quad is
 /// drawn per leaf face that something looks at.
@@ -96,7 +94,10 @@ private:
     MaterialPalette m_palette;
     Geometry::FaceList m_opaqueFaces;
     Geometry::FaceList m_transparentFaces;
+    Geometry::FaceBuffer m_opaqueBuffer;
+    Geometry::FaceBuffer m_transparentBuffer;
     OctreeNode m_root;
+    OctreeBuilder m_builder;
 };
 
 } // namespace Model::Automaton

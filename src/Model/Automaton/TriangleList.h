@@ -18,6 +18,8 @@ public:
     Triangle *data() { return m_triangles.get(); }
     const Triangle &operator[](std::size_t index) const { return m_triangles[index]; }
     Triangle &operator[](std::size_t index) { return m_triangles[index]; }
+    Triangle *begin() { return data(); }
+    Triangle *end() { return data() + m_size; }
     const Triangle *begin() const { return data(); }
     const Triangle *end() const { return data() + m_size; }
 
