@@ -289,7 +289,8 @@ TEST_F(AtomicRendererTest, WithoutAContextWhatWouldBeBuiltIsSwitchedOff)
         m_renderer->setRenderLinks(true);
     };
     switchAllOn();
-    const_cast<QGLContext *>(QGLContext::currentContext())->doneCurrent();
+    auto *context = const_cast<QGLContext *>(QGLContext::currentContext());
+    context->doneCurrent();
     const DebugLog log;
     m_renderer->buildUnitCells();
     EXPECT_FALSE(m_renderer->renderUnitCells());
@@ -311,6 +312,7 @@ TEST_F(AtomicRendererTest, WithoutAContextWhatWouldBeBuiltIsSwitchedOff)
     m_renderer->drawOpaque();
     m_renderer->drawTransparent();
     m_renderer.reset();
+    context->makeCurrent();
 }
 
 TEST_F(AtomicRendererTest, WithoutACrystalNothingIsBuiltOrDrawn)
@@ -596,7 +598,7 @@ TEST_F(AtomicRendererTest, BuffersOfAnotherWindowAreNeitherUsedNorDeleted)
     build();
     const std::uint32_t name = m_renderer->atomBuffer();
     ASSERT_NE(name, 0U);
-    const auto *first = const_cast<QGLContext *>(QGLContext::currentContext());
+    auto *first = const_cast<QGLContext *>(QGLContext::currentContext());
     {
         QGLWidget other;
         other.makeCurrent();
@@ -608,7 +610,7 @@ TEST_F(AtomicRendererTest, BuffersOfAnotherWindowAreNeitherUsedNorDeleted)
         m_renderer.reset();
         EXPECT_EQ(glGetError(), unsigned{GL_NO_ERROR});
     }
-    const_cast<QGLContext *>(first)->makeCurrent();
+    first->makeCurrent();
     EXPECT_TRUE(isBuffer(name));
 }
 

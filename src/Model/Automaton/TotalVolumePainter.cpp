@@ -35,6 +35,8 @@ TotalVolumePainter::TotalVolumePainter(TotalVolume *volume)
       m_cellSizeX(volume->cellSizeX()),
       m_cellSizeY(volume->cellSizeY()),
       m_cellSizeZ(volume->cellSizeZ()),
+      m_marchingCubes(volume),
+      m_octree(volume),
       m_atomicRenderer(volume, &m_cutPlanes)
 {
     setCutLimits({0, 0, 0}, {volume->sizeX(), volume->sizeY(), volume->sizeZ()});
@@ -49,6 +51,10 @@ TotalVolumePainter::~TotalVolumePainter()
 void TotalVolumePainter::rebuild()
 {
     rebuildDirectFaces();
+    if (m_surfaceAlgorithm == Octree)
+        m_octree.rebuild(m_limits.lower, m_limits.upper);
+    if (m_surfaceAlgorithm == MarchingCubes)
+        m_marchingCubes.rebuild(m_limits.lower, m_limits.upper);
     if (m_showEmptyVoxels)
         rebuildEmptyFaces();
     m_atomicRenderer.buildUnitCells();
@@ -87,6 +93,8 @@ void TotalVolumePainter::reloadColors()
 
 void TotalVolumePainter::refreshColors()
 {
+    if (m_surfaceAlgorithm == Octree)
+        m_octree.refreshColors();
     if (m_surfaceAlgorithm != DirectCubic)
         return;
     reloadColors();
@@ -128,6 +136,7 @@ void TotalVolumePainter::draw(bool showSolids, bool showEdges)
 void TotalVolumePainter::drawSurface(bool showEdges)
 {
     if (m_surfaceAlgorithm == MarchingCubes) {
+        m_marchingCubes.draw(showEdges);
         // The masks come twice with this surface: here in place, and once more, not translated, in
         // the pass that follows and that pops a second time.
         Geometry::pushTransparentState();
@@ -135,9 +144,12 @@ void TotalVolumePainter::drawSurface(bool showEdges)
         glPopAttrib();
         glPopMatrix();
     } else if (m_surfaceAlgorithm == DirectCubic) {
+        m_atomicRenderer.drawOpaque();
         m_opaqueBuffer.draw(m_opaqueFaces, FaceBuffer::Fill);
         if (showEdges)
             drawDirectEdges();
+    } else if (m_surfaceAlgorithm == Octree) {
+        m_octree.draw(showEdges, true);
     }
 }
 
@@ -154,8 +166,11 @@ void TotalVolumePainter::drawDirectEdges()
 void TotalVolumePainter::drawTransparentPass()
 {
     Geometry::pushTransparentState();
+    m_atomicRenderer.drawTransparent();
     if (m_surfaceAlgorithm == DirectCubic)
         m_transparentBuffer.draw(m_transparentFaces, FaceBuffer::Fill);
+    else if (m_surfaceAlgorithm == Octree)
+        m_octree.draw(false, false);
     drawMasks();
     glPopAttrib();
     glPopMatrix();

@@ -3,7 +3,9 @@
 #include "Model/Automaton/AtomicRenderer.h"
 #include "Model/Automaton/CutLimits.h"
 #include "Model/Automaton/CutPlanes.h"
+#include "Model/Automaton/MarchingCubeSurface.h"
 #include "Model/Automaton/MaterialPalette.h"
+#include "Model/Automaton/OctreeSurface.h"
 #include "Model/Geometry/DrawBuffer.h"
 #include "Model/Geometry/FaceBuffer.h"
 #include "Model/Geometry/FaceList.h"
@@ -82,6 +84,8 @@ public:
     bool renderLinks() const { return m_atomicRenderer.renderLinks(); }
     void setRenderLinks(bool render) { m_atomicRenderer.setRenderLinks(render); }
 
+    const MarchingCubeSurface &marchingCubes() const { return m_marchingCubes; }
+    const OctreeSurface &octree() const { return m_octree; }
     const CutPlanes &cutPlanes() const { return m_cutPlanes; }
     const AtomicRenderer &atomicRenderer() const { return m_atomicRenderer; }
 
@@ -115,6 +119,8 @@ private:
     mutable QMutex m_limitsMutex;
     CutLimits m_limits;
     CutPlanes m_cutPlanes;
+    MarchingCubeSurface m_marchingCubes;
+    OctreeSurface m_octree;
     AtomicRenderer m_atomicRenderer;
     MaterialPalette m_palette;
     Geometry::FaceList m_opaqueFaces;
