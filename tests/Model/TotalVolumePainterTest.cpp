@@ -1104,3 +1104,150 @@ TEST_F(TotalVolumePainterTest, RebuildingASelectedVolumeGivesPlainColorsUntilIts
     volume->draw(true, false);
     EXPECT_EQ(firstColor(*volume), registryColor(Red));
 }
+
+TEST_F(TotalVolumePainterTest, OnlyTheChosenSurfaceIsBuiltAndTheDirectFacesAlways)
+{
+    const auto volume = makeVolume({4, 4, 4}, Ids(64, Red));
+    TotalVolumePainter &painter = volume->painter();
+    const auto direct = [&] { return painter.opaqueFaces().size(); };
+    painter.rebuild();
+    EXPECT_EQ(direct(), 96U);
+    EXPECT_TRUE(painter.marchingCubes().triangles().empty());
+    EXPECT_TRUE(painter.octree().opaqueFaces().empty());
+
+    painter.setSurfaceAlgorithm(TotalVolumePainter::Octree);
+    EXPECT_TRUE(painter.octree().opaqueFaces().empty()) << "before the next rebuild";
+    painter.rebuild();
+    EXPECT_EQ(painter.octree().opaqueFaces().size(), 6U);
+    EXPECT_TRUE(painter.marchingCubes().triangles().empty());
+    EXPECT_EQ(direct(), 96U);
+
+    painter.setSurfaceAlgorithm(TotalVolumePainter::MarchingCubes);
+    painter.setCutLimits({0, 0, 0}, {4, 4, 2});
+    painter.rebuild();
+    EXPECT_FALSE(painter.marchingCubes().triangles().empty());
+    EXPECT_EQ(direct(), 16U + 16U + 4 * 4 * 2);
+    EXPECT_EQ(painter.octree().opaqueFaces().size(), 6U) << "neither built nor freed";
+}
+
+TEST_F(TotalVolumePainterTest, SurfacesAreBuiltWithinTheCut)
+{
+    const auto volume = makeVolume({8, 8, 8}, Ids(512, Red));
+    TotalVolumePainter &painter = volume->painter();
+    painter.setCutLimits({1, 2, 3}, {5, 6, 7});
+    painter.setSurfaceAlgorithm(TotalVolumePainter::Octree);
+    painter.rebuild();
+    EXPECT_EQ(painter.octree().root().x, 1U);
+    EXPECT_EQ(painter.octree().root().y, 2U);
+    EXPECT_EQ(painter.octree().root().z, 3U);
+    EXPECT_EQ(painter.octree().root().size, 4U);
+    painter.setSurfaceAlgorithm(TotalVolumePainter::MarchingCubes);
+    painter.rebuild();
+    // Void up to the lowest cells, filled up to the cells at the upper limits.
+    const float low[3] = {1.5f, 2.5f, 3.5f};
+    const float high[3] = {5.5f, 6.5f, 7.5f};
+    for (unsigned axis = 0; axis < 3; ++axis) {
+        float least = 100;
+        float most = -100;
+        for (const auto &triangle : painter.marchingCubes().triangles()) {
+            for (const auto &vertex : triangle.vertices) {
+                least = std::min(least, vertex.position[axis]);
+                most = std::max(most, vertex.position[axis]);
+            }
+        }
+        EXPECT_EQ(least, low[axis]);
+        EXPECT_EQ(most, high[axis]);
+    }
+}
+
+TEST_F(TotalVolumePainterTest, RefreshingColorsReachesTheOctreeOnlyWhileItIsChosen)
+{
+    const auto volume = makeVolume({2, 2, 2}, Ids(8, Red));
+    TotalVolumePainter &painter = volume->painter();
+    const auto octreeColor = [&] {
+        Color color{};
+        painter.octree().opaqueFaces().forEach([&](const QuadFace &face) {
+            std::copy(std::begin(face.color), std::end(face.color), color.begin());
+        });
+        return color;
+    };
+    painter.setSurfaceAlgorithm(TotalVolumePainter::Octree);
+    painter.rebuild();
+    const Color before = octreeColor();
+    EXPECT_EQ(before, registryColor(Red));
+    setMaterial(Red, {0.4f, 0.3f, 0.2f, 1.0f});
+    painter.refreshColors();
+    EXPECT_EQ(octreeColor(), registryColor(Red));
+    EXPECT_EQ(firstColor(*volume), before) << "direct faces are left alone meanwhile";
+
+    painter.setSurfaceAlgorithm(TotalVolumePainter::DirectCubic);
+    setMaterial(Red, {0.1f, 0.1f, 0.1f, 1.0f});
+    painter.refreshColors();
+    EXPECT_EQ(octreeColor(), (Color{0.4f, 0.3f, 0.2f, 1.0f}));
+    EXPECT_EQ(firstColor(*volume), registryColor(Red));
+}
+
+TEST_F(TotalVolumePainterTest, EverythingIsSafeWithoutAnOpenGlContext)
+{
+    for (const std::uint32_t algorithm : {0U, 1U, 2U}) {
+        const auto volume = makeVolume({3, 3, 3}, Ids(27, 1));
+        volume->rebuildSiLattice();
+        volume->setTopMask(std::vector<bool>(9, true), 3, 3);
+        TotalVolumePainter &painter = volume->painter();
+        painter.setShowEmptyVoxels(true);
+        painter.setSurfaceAlgorithm(algorithm);
+        painter.setRenderUnitCells(true);
+        painter.setRenderOutlines(true);
+        painter.setRenderAtoms(true);
+        painter.setRenderLinks(true);
+        painter.rebuild();
+        EXPECT_FALSE(painter.renderUnitCells());
+        EXPECT_FALSE(painter.renderOutlines());
+        EXPECT_FALSE(painter.renderAtoms());
+        EXPECT_FALSE(painter.renderLinks());
+        EXPECT_TRUE(painter.surfaceAtomsOnly());
+        EXPECT_EQ(opaqueCount(*volume), 54U);
+        for (const bool selected : {true, false}) {
+            volume->setSelected(selected);
+            volume->draw(true, true);
+            volume->draw(false, true);
+            volume->drawForPicking();
+            painter.refreshColors();
+        }
+        volume->clearTopMask();
+        volume->draw(true, true);
+    }
+}
+
+TEST_F(TotalVolumePainterTest, MaterialsOfNoRegistryAreBuiltAndRecoloredByEverySurface)
+{
+    for (const std::uint32_t algorithm : {0U, 1U, 2U}) {
+        SCOPED_TRACE(algorithm);
+        const auto volume = makeVolume({3, 3, 3}, Ids(27, Unknown));
+        volume->painter().setSurfaceAlgorithm(algorithm);
+        volume->painter().rebuild();
+        volume->draw(true, true);
+        volume->setSelected(true);
+        volume->draw(true, true);
+        volume->painter().refreshColors();
+        if (algorithm == TotalVolumePainter::MarchingCubes) {
+            EXPECT_FALSE(volume->painter().marchingCubes().triangles().empty());
+        }
+    }
+}
+
+TEST_F(TotalVolumePainterTest, EveryChangeOfAMaskGivesAnotherRevision)
+{
+    const auto volume = makeVolume({2, 2, 1}, Ids(4, Red));
+    std::vector<std::uint32_t> revisions{volume->maskRevision()};
+    volume->setTopMask({true}, 1, 1);
+    revisions.push_back(volume->maskRevision());
+    volume->setBottomMask({true}, 1, 1);
+    revisions.push_back(volume->maskRevision());
+    volume->clearTopMask();
+    revisions.push_back(volume->maskRevision());
+    volume->clearBottomMask();
+    revisions.push_back(volume->maskRevision());
+    std::sort(revisions.begin(), revisions.end());
+    EXPECT_EQ(std::unique(revisions.begin(), revisions.end()), revisions.end());
+}

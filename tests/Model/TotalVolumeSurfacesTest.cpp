@@ -238,7 +238,7 @@ TEST_F(TotalVolumeSurfacesTest, TransparentFilmShowsTheOpaqueOneBelow)
         look(FromFront);
         drawAll();
         expectColorAt(2.05, 0, 2.75, isSmooth ? opaqueGlass : over(background(), glass));
-        expectColorAt(2.05, 0, 1.25, red);
+        expectColorAt(2.05, 0, 0.75, red);
         look(FromAbove);
     }
 }
