@@ -9,7 +9,6 @@
 
 #include <boost/shared_ptr.hpp>
 
-#include <array>
 #include <cstdint>
 
 namespace Model::Materials {
@@ -25,17 +24,6 @@ class TotalVolume;
 class OctreeSurface final
 {
 public:
-    /// Directions of neighbours and faces.
-    enum Direction : unsigned
-    {
-        ZUp = 0,
-        ZDown = 1,
-        XDown = 2,
-        XUp = 3,
-        YDown = 4,
-        YUp = 5
-    };
-
     /// `volume` outlives the surface. Nothing of it is read before the first rebuild.
     explicit OctreeSurface(TotalVolume *volume);
     OctreeSurface(const OctreeSurface &) = delete;
@@ -52,12 +40,13 @@ public:
     ///
     /// The faces come leaf by leaf, children in number order. A leaf that is filled and has an
     /// alpha of 0.999 or more shows nothing through it. For any other leaf and each direction in
-    /// order, the neighbour of the leaf's own size (or the larger leaf there) gives its faces on
-    /// the side that looks at the leaf. Last the root gives its outer faces, in the directions 1,
-    /// 0, 3, 2, 5, 4, as if void were around it. An inner node gives the faces of its four children
-    /// on that side, in number order, each with all below it. A leaf gives its whole face if its
-    /// alpha is above 0.999, or if it is above 0.001 and what looks at it is void. So a large leaf
-    /// gives its face once for every smaller leaf that looks at it: such duplicates stay.
+    /// order (see OctreeFaceBuilder), the neighbour of the leaf's own size, or the larger leaf
+    /// there, gives its faces on the side that looks at the leaf. Last the root gives its outer
+    /// faces, in the directions 1, 0, 3, 2, 5, 4, as if void were around it. An inner node gives the
+    /// faces of its four children on that side, in number order, each with all below it. A leaf
+    /// gives its whole face if its alpha is above 0.999, or if it is above 0.001 and what looks at
+    /// it is void. So a large leaf gives its face once for every smaller leaf that looks at it: such
+    /// duplicates stay.
     ///
     /// A face goes to the opaque list if the alpha is above 0.999. Its corners are those of the
     /// leaf, in cells, times the cell size of the axis, in 32-bit float. Both colours are that of
@@ -76,17 +65,6 @@ public:
 
     /// The material id that a face of this surface keeps in its `voxel` field, in place of a cell.
     static std::uint32_t materialOf(const Geometry::QuadFace &face);
-
-    /// Normal and corners of a node's face on the side of a direction, corners in node sizes and in
-    /// drawing order, and the numbers of the four children on that side.
-    struct FaceShape
-    {
-        float normal[3];
-        std::uint8_t corners[4][3];
-        std::uint8_t children[4];
-    };
-    /// By direction.
-    static const std::array<FaceShape, 6> &faceShapes();
 
 private:
     TotalVolume *m_volume;
