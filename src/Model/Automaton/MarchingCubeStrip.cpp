@@ -167,10 +167,17 @@ void MarchingCubeStrip::writeTriangles(Triangle *triangles) const
         cornerOffsets[corner] = Tables::corners[corner][0] * strideX +
                                 Tables::corners[corner][1] * strideY + Tables::corners[corner][2];
 
-    forEachMixedCube([&](std::uint32_t x, std::uint32_t y, std::uint32_t z, unsigned number) {
-        const Voxel *cells = m_grid.voxels + x * strideX + y * strideY + z;
+    struct Cube
+    {
+        std::uint32_t x;
+        std::uint32_t y;
+        std::uint32_t z;
+        unsigned number;
+        const Voxel *cells;
+    };
+    const auto write = [&](const Cube &cube) {
         Triangle::Vertex vertices[12];
-        for (unsigned edges = Tables::edges[number]; edges != 0; edges &= edges - 1) {
+        for (unsigned edges = Tables::edges[cube.number]; edges != 0; edges &= edges - 1) {
             const unsigned edge = static_cast<unsigned>(__builtin_ctz(edges));
             const unsigned first = Tables::edgeCorners[edge][0];
             const unsigned second = Tables::edgeCorners[edge][1];
@@ -178,24 +185,43 @@ void MarchingCubeStrip::writeTriangles(Triangle *triangles) const
                 return 2 * std::size_t{cell} + Tables::corners[first][axis] +
                        Tables::corners[second][axis];
             };
-            const std::size_t indexX = index(0, x);
-            const std::size_t indexY = index(1, y);
-            const std::size_t indexZ = index(2, z);
+            const std::size_t indexX = index(0, cube.x);
+            const std::size_t indexY = index(1, cube.y);
+            const std::size_t indexZ = index(2, cube.z);
             Triangle::Vertex &vertex = vertices[edge];
             vertex.position[0] = lattice.position(0, indexX);
             vertex.position[1] = lattice.position(1, indexY);
             vertex.position[2] = lattice.position(2, indexZ);
-            const unsigned filled = number >> first & 1 ? first : second;
-            vertex.material = cells[cornerOffsets[filled]].material();
+            const unsigned filled = cube.number >> first & 1 ? first : second;
+            vertex.material = cube.cells[cornerOffsets[filled]].material();
             vertex.shared = lattice.key(indexX, indexY, indexZ);
         }
-        for (const std::int8_t *edge = Tables::triangles[number].data(); *edge >= 0; edge += 3) {
+        for (const std::int8_t *edge = Tables::triangles[cube.number].data(); *edge >= 0;
+             edge += 3) {
             for (unsigned i = 0; i < 3; ++i)
                 triangles->vertices[i] = vertices[edge[i]];
             setNormal(*triangles);
             ++triangles;
         }
+    };
+
+    // The cells of a skin lie far apart, and waiting for them was half of the time. So cubes queue
+    // up for a while after the farthest of their cells was asked for; the nearer ones have been
+    // used by the cubes before.
+    constexpr std::size_t QueueLength = 16;
+    Cube queue[QueueLength];
+    std::size_t seen = 0;
+    forEachMixedCube([&](std::uint32_t x, std::uint32_t y, std::uint32_t z, unsigned number) {
+        Cube &place = queue[seen % QueueLength];
+        if (seen >= QueueLength)
+            write(place);
+        place = {x, y, z, number, m_grid.voxels + x * strideX + y * strideY + z};
+        if (number & 0x22)
+            __builtin_prefetch(place.cells + cornerOffsets[number & 0x02 ? 1 : 5]);
+        ++seen;
     });
+    for (std::size_t i = seen - std::min(seen, QueueLength); i < seen; ++i)
+        write(queue[i % QueueLength]);
 }
 
 } // namespace Model::Automaton
