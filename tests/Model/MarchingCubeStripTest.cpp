@@ -1,7 +1,10 @@
 #include "Model/Automaton/MarchingCubeStrip.h"
 
+#include "Model/Automaton/MarchingCubeSurface.h"
 #include "Model/Automaton/MarchingCubeTables.h"
+#include "Model/Automaton/TotalVolume.h"
 #include "Model/Automaton/Voxel.h"
+#include "Support/Volumes.h"
 
 #include <gtest/gtest.h>
 
@@ -16,6 +19,7 @@ using Model::Automaton::CellTriple;
 using Model::Automaton::CutLimits;
 using Model::Automaton::MarchingCubeGrid;
 using Model::Automaton::MarchingCubeStrip;
+using Model::Automaton::MarchingCubeSurface;
 using Model::Automaton::MarchingCubeTables;
 using Model::Automaton::Triangle;
 using Model::Automaton::VertexLattice;
@@ -239,4 +243,27 @@ TEST(MarchingCubeStripTest, UpperLimitsBeyondTheVolumeAreItsSize)
     const Triangles expected = block.triangles(0, 4);
     block.limits.upper = {4294967295U, 4294967295U, 4294967295U};
     expectSame(block.triangles(0, 4294967295U), expected);
+}
+
+TEST(MarchingCubeStripTest, SurfaceOfManyStripsIsThatOfOne)
+{
+    std::mt19937 random(2112);
+    const auto volume = Support::makeVolume({13, 9, 70, 0.1f, 0.3f, 0.7f}, [&](auto...) {
+        return std::uniform_int_distribution<std::uint32_t>(0, 2)(random);
+    });
+    for (const CutLimits &limits :
+         {CutLimits{{0, 0, 0}, {13, 9, 70}}, CutLimits{{4, 1, 3}, {11, 8, 69}}}) {
+        Triangles single;
+        for (const int threads : {1, 2, 3, 5, 20}) {
+            SCOPED_TRACE(threads);
+            const Support::PoolThreads pool(threads);
+            MarchingCubeSurface surface(volume.get());
+            surface.rebuild(limits.lower, limits.upper);
+            const Triangles triangles(surface.triangles().begin(), surface.triangles().end());
+            if (threads == 1)
+                single = triangles;
+            ASSERT_GT(triangles.size(), 1000u);
+            expectSame(triangles, single);
+        }
+    }
 }
