@@ -1,7 +1,11 @@
 #include "Model/Automaton/OctreeFaceBuilder.h"
 
+#include "Model/Automaton/MarchingCubeSurface.h"
 #include "Model/Automaton/OctreeBuilder.h"
+#include "Model/Automaton/OctreeSurface.h"
+#include "Model/Automaton/TotalVolume.h"
 #include "Model/Automaton/Voxel.h"
+#include "Support/Volumes.h"
 
 #include <gtest/gtest.h>
 
@@ -11,10 +15,12 @@
 #include <vector>
 
 using Model::Automaton::CellTriple;
+using Model::Automaton::MarchingCubeSurface;
 using Model::Automaton::MaterialPalette;
 using Model::Automaton::OctreeBuilder;
 using Model::Automaton::OctreeFaceBuilder;
 using Model::Automaton::OctreeNode;
+using Model::Automaton::OctreeSurface;
 using Model::Automaton::Voxel;
 using Model::Geometry::FaceList;
 using Model::Geometry::QuadFace;
@@ -239,4 +245,33 @@ TEST_F(OctreeFaceBuilderTest, LargeLeafGivesItsFaceToEverySmallerOneThatLooksAtI
             ++upward;
     });
     EXPECT_EQ(upward, 6u);
+}
+
+TEST_F(OctreeFaceBuilderTest, SurfacesOfVolumesOfAnySizeAreBuiltAndDrawnWithoutAContext)
+{
+    constexpr std::uint32_t Most = 4294967295U;
+    for (const CellTriple &sizes :
+         {CellTriple{0, 0, 0}, {5, 0, 5}, {0, 5, 5}, {1, 1, 1}, {1, 7, 3}, {3, 3, 1}}) {
+        const auto volume =
+            Support::makeVolume({sizes[0], sizes[1], sizes[2]}, [](auto...) { return 1; });
+        MarchingCubeSurface smooth(volume.get());
+        OctreeSurface blocks(volume.get());
+        for (const auto &[lower, upper] : {std::pair<CellTriple, CellTriple>{{0, 0, 0}, sizes},
+                                           {{0, 0, 0}, {Most, Most, Most}},
+                                           {{Most, Most, Most}, {Most, Most, Most}},
+                                           {sizes, sizes},
+                                           {sizes, {0, 0, 0}}}) {
+            smooth.rebuild(lower, upper);
+            smooth.draw(true);
+            EXPECT_TRUE(smooth.triangles().empty());
+            blocks.rebuild(lower, upper);
+            blocks.refreshColors();
+            blocks.draw(true, true);
+            blocks.draw(true, false);
+            const bool hasCells = lower == CellTriple{0, 0, 0} && upper != CellTriple{0, 0, 0} &&
+                                  sizes[0] * sizes[1] * sizes[2] > 0;
+            EXPECT_EQ(!blocks.opaqueFaces().empty(), hasCells);
+            EXPECT_TRUE(blocks.transparentFaces().empty());
+        }
+    }
 }
