@@ -235,8 +235,8 @@ TEST_F(OctreeFaceBuilderTest, AlignedCubeHasSixQuads)
 
 TEST_F(OctreeFaceBuilderTest, LargeLeafGivesItsFaceToEverySmallerOneThatLooksAtIt)
 {
-    // A cube of four, and on it one cell of the same: the face upward comes for the three void cells
-    // beside that cell, and for the three void nodes of two beside its node.
+    // A cube of four, and on it one cell of the same: the face upward comes for the three void
+    // cells beside that cell, and for the three void nodes of two beside its node.
     build({4, 4, 8}, 8,
           [](auto x, auto y, auto z) { return z < 4 || (x == 0 && y == 0 && z == 4) ? 1 : 0; });
     std::size_t upward = 0;

@@ -42,11 +42,11 @@ public:
     /// alpha of 0.999 or more shows nothing through it. For any other leaf and each direction in
     /// order (see OctreeFaceBuilder), the neighbour of the leaf's own size, or the larger leaf
     /// there, gives its faces on the side that looks at the leaf. Last the root gives its outer
-    /// faces, in the directions 1, 0, 3, 2, 5, 4, as if void were around it. An inner node gives the
-    /// faces of its four children on that side, in number order, each with all below it. A leaf
+    /// faces, in the directions 1, 0, 3, 2, 5, 4, as if void were around it. An inner node gives
+    /// the faces of its four children on that side, in number order, each with all below it. A leaf
     /// gives its whole face if its alpha is above 0.999, or if it is above 0.001 and what looks at
-    /// it is void. So a large leaf gives its face once for every smaller leaf that looks at it: such
-    /// duplicates stay.
+    /// it is void. So a large leaf gives its face once for every smaller leaf that looks at it:
+    /// such duplicates stay.
     ///
     /// A face goes to the opaque list if the alpha is above 0.999. Its corners are those of the
     /// leaf, in cells, times the cell size of the axis, in 32-bit float. Both colours are that of
