@@ -6,7 +6,7 @@
 #include "UI/BatchRun/ProcessData.h"
 #include "UI/BatchRun/ProcessListArchiver.h"
 #include "UI/BatchRun/StepParameters.h"
-#include "UI/Operations/MaterialChooser.h"
+#include "UI/MaterialColor.h"
 
 #include <QColor>
 #include <QCoreApplication>
@@ -41,7 +41,7 @@ using Drawing = std::function<bool(std::uint32_t x, std::uint32_t y)>;
 void setMaterial(ProcessData &step, const QString &idName, const QString &name, std::uint32_t id)
 {
     const auto material = Model::Materials::MaterialFactory::instance()->material(id);
-    QColor color = Ui::Operations::materialColor(material);
+    QColor color = Ui::colorOf(material.color());
     color.setAlpha(255);
     step.setParameter(idName, id, false);
     step.setParameter(name, material.name(), true);

@@ -4,6 +4,7 @@
 #include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtching.h"
 #include "Model/Materials/MaterialFactory.h"
 #include "UI/BatchRun/StepParameters.h"
+#include "UI/MaterialColor.h"
 #include "UI/ModalDialog.h"
 #include "UI/Operations/AnisotropicDepositionDialog.h"
 #include "UI/Operations/BCAEtchingDialog.h"
@@ -13,7 +14,6 @@
 #include "UI/Operations/IonImplantationOptionsDialog.h"
 #include "UI/Operations/IsotropicDepositionDialog.h"
 #include "UI/Operations/IsotropicEtchingDialog.h"
-#include "UI/Operations/MaterialChooser.h"
 #include "UI/Operations/MooreOptionsDialog.h"
 #include "UI/Operations/PhotolithographyDialog.h"
 #include "UI/Operations/PlanarizationOptionsDialog.h"
@@ -50,7 +50,7 @@ void setMaterial(ProcessData &step, const QString &idName, const QString &name, 
 {
     const Model::Materials::Material material =
         Model::Materials::MaterialFactory::instance()->material(id);
-    QColor color = Operations::materialColor(material);
+    QColor color = colorOf(material.color());
     color.setAlpha(255);
     setUnsigned(step, idName, id, idVisible);
     step.setParameter(name, material.name(), Visible);

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <vector>
 
-class QColor;
 class QComboBox;
 
 namespace Model::Materials {
@@ -11,9 +10,6 @@ class Material;
 }
 
 namespace Ui::Operations {
-
-/// The colour of a material, each channel as 0 to 255, truncated.
-QColor materialColor(const Model::Materials::Material &material);
 
 /// Replaces the items of the chooser by one a material, in list order: a swatch of the material's
 /// colour as icon, its name as text, its id as user data. The first item becomes the current one.
