@@ -9,9 +9,14 @@ namespace Ui {
 bool runModally(QDialog &dialog)
 {
     const bool accepted = dialog.exec() == QDialog::Accepted;
-    if (auto *window = qobject_cast<MainWindow *>(dialog.parentWidget()))
-        window->makeViewCurrent();
+    makeViewCurrent(dialog.parentWidget());
     return accepted;
+}
+
+void makeViewCurrent(QWidget *window)
+{
+    if (auto *mainWindow = qobject_cast<MainWindow *>(window))
+        mainWindow->makeViewCurrent();
 }
 
 } // namespace Ui

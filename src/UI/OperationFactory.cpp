@@ -23,13 +23,17 @@
 #include "Core/Operations/SiOxidation/SimpleSiOxidationOperation.h"
 #include "Core/Operations/SimpleDoping/DopingOperation.h"
 #include "Core/Operations/SpinCoating/SpinCoatingOperation.h"
+#include "Core/Operations/Visualization/ChangeTotalVolumeVisualizationOptions.h"
+#include "Core/Operations/Visualization/CutCellVolumeOperation.h"
 #include "UI/MainWindow.h"
 #include "UI/MainWindowPresenter.h"
 #include "UI/Observers/AtomicSiBCAEtchObserver.h"
 #include "UI/Observers/BatchRunObserver.h"
 #include "UI/Observers/CCAWetEtchingObserver.h"
 #include "UI/Observers/CVDObserver.h"
+#include "UI/Observers/ChangeTotalVolumeViewOptionsObserver.h"
 #include "UI/Observers/CreateSubstrateObserver.h"
+#include "UI/Observers/CutCellVolumeObserver.h"
 #include "UI/Observers/DocumentOpenedObserver.h"
 #include "UI/Observers/DocumentSavedObserver.h"
 #include "UI/Observers/DopingOptionsObserver.h"
@@ -92,6 +96,9 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
             *m_presenter);
     case 4:
         return boost::make_shared<DeleteObject>(workspace);
+    case 6:
+        return makeObserved<ChangeTotalVolumeVisualizationOptions,
+                            Observers::ChangeTotalVolumeViewOptionsObserver>(*m_presenter);
     case 7:
         return boost::make_shared<MoveObject>(workspace);
     case 9:
@@ -110,6 +117,8 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
     case 15:
         return makeObserved<ElectrodepositionOperation, Observers::ElectrodepositionObserver>(
             *m_presenter);
+    case 16:
+        return makeObserved<CutCellVolumeOperation, Observers::CutCellVolumeObserver>(*m_presenter);
     case 17:
         return makeObserved<DopingOperation, Observers::DopingOptionsObserver>(*m_presenter);
     case 18:
