@@ -1,6 +1,7 @@
 #include "UI/Input/ChangeColorsDialog.h"
 
 #include "Model/ColorTable.h"
+#include "UI/ColorDialogs.h"
 
 #include <QApplication>
 #include <QColorDialog>
@@ -19,43 +20,12 @@
 #include <string>
 #include <utility>
 
+using ColorDialogs::ColorDialogDriver;
 using Model::ColorTable;
 using Ui::Input::ChangeColorsDialog;
 using Util::Vector4D;
 
 namespace {
-
-/// Looks for a modal colour dialog while it lives, and hands the first one to the given function,
-/// which has to close it.
-class ColorDialogDriver
-{
-public:
-    explicit ColorDialogDriver(std::function<void(QColorDialog &)> drive)
-        : m_drive(std::move(drive))
-    {
-        poll();
-    }
-
-    bool found() const { return m_found; }
-
-private:
-    void poll()
-    {
-        QTimer::singleShot(5, &m_context, [this] {
-            auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
-            if (dialog == nullptr) {
-                poll();
-                return;
-            }
-            m_found = true;
-            m_drive(*dialog);
-        });
-    }
-
-    std::function<void(QColorDialog &)> m_drive;
-    bool m_found = false;
-    QObject m_context;
-};
 
 const std::array<Vector4D, 9> firstCustomColors{{{1, 0, 0, 1},
                                                  {1, 1, 1, 1},

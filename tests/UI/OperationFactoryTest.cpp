@@ -9,6 +9,8 @@
 #include "Core/Operations/SiEtching/ContinousWetEtchOperation.h"
 #include "Core/Operations/SiOxidation/SimpleSiOxidationOperation.h"
 #include "Core/Operations/SpinCoating/SpinCoatingOperation.h"
+#include "Core/Operations/Visualization/ChangeTotalVolumeVisualizationOptions.h"
+#include "Core/Operations/Visualization/CutCellVolumeOperation.h"
 #include "Core/Workspace.h"
 #include "UI/MainWindow.h"
 #include "UI/OperationFactory.h"
@@ -38,6 +40,7 @@ const Row Rows[] = {
     {2, "Create Substrate", 2, true},
     {3, "Ion Implantation", 3, false},
     {4, "Delete Objects", 4, true},
+    {6, "Change Visualization", 6, false},
     {7, "Move Objects", 7, true},
     {9, "Save document", 9, false},
     {10, "Save Document As", 10, false},
@@ -45,6 +48,7 @@ const Row Rows[] = {
     {13, "Isotropic Deposition", 13, true},
     {14, "Isotropic Etching", 14, true},
     {15, "Electroplating", 15, true},
+    {16, "Change Cut Planes", 2, false},
     {17, "Doping", 17, true},
     {18, "Moore film deposition", 18, true},
     {19, "Moore film deposition", 19, true},
@@ -91,7 +95,9 @@ private:
 TEST_F(OperationFactoryTest, ClassWideSlotsAreOverwrittenAtEachCreation)
 {
     using Core::Operations::AtomisticSiWetEtchingOperation;
+    using Core::Operations::ChangeTotalVolumeVisualizationOptions;
     using Core::Operations::ContinousWetEtchOperation;
+    using Core::Operations::CutCellVolumeOperation;
     using Core::Operations::IonImplantationOperation;
     using Core::Operations::PhotolithographyOperation;
     using Core::Operations::PlanarizationOperation;
@@ -111,10 +117,12 @@ TEST_F(OperationFactoryTest, ClassWideSlotsAreOverwrittenAtEachCreation)
     SimpleSiOxidationOperation::setObserver(boost::make_shared<Counter>(updates));
     AtomisticSiWetEtchingOperation::setObserver(boost::make_shared<Counter>(updates));
     ContinousWetEtchOperation::setObserver(boost::make_shared<Counter>(updates));
+    CutCellVolumeOperation::setObserver(boost::make_shared<Counter>(updates));
+    ChangeTotalVolumeVisualizationOptions::setObserver(boost::make_shared<Counter>(updates));
     for (const char *action :
-         {"actionPlanarization", "actionSpin_Coating", "actionIon_Implantation",
-          "actionPhotolithography", "actionSi_Oxidation", "actionBCA_Wet_Etching",
-          "actionContinuous_Wet_Etching"}) {
+         {"actionCut_Cell_Volume", "actionChange_Viewing_Options", "actionPlanarization",
+          "actionSpin_Coating", "actionIon_Implantation", "actionPhotolithography",
+          "actionSi_Oxidation", "actionBCA_Wet_Etching", "actionContinuous_Wet_Etching"}) {
         select();
         m_driver.trigger(action, {Support::DialogAnswer().reject()});
         // One that stays current would take the next selection with it.

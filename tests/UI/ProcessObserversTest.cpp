@@ -6,6 +6,8 @@
 #include "UI/Observers/AtomicSiBCAEtchObserver.h"
 #include "UI/Observers/CCAWetEtchingObserver.h"
 #include "UI/Observers/CVDObserver.h"
+#include "UI/Observers/ChangeTotalVolumeViewOptionsObserver.h"
+#include "UI/Observers/CutCellVolumeObserver.h"
 #include "UI/Observers/DopingOptionsObserver.h"
 #include "UI/Observers/ElectrodepositionObserver.h"
 #include "UI/Observers/IonImplantationOptionsObserver.h"
@@ -64,7 +66,10 @@ std::vector<Served> allServed(Support::WindowDriver &driver)
             serve<SiOxidationObserver>("actionSi_Oxidation", driver, "Si Oxidation Options"),
             serve<AtomicSiBCAEtchObserver>("actionBCA_Wet_Etching", driver, "Wet Etching Options"),
             serve<CCAWetEtchingObserver>("actionContinuous_Wet_Etching", driver,
-                                         "Wet Etching Options")};
+                                         "Wet Etching Options"),
+            serve<CutCellVolumeObserver>("actionCut_Cell_Volume", driver, "Cut Cell Volume"),
+            serve<ChangeTotalVolumeViewOptionsObserver>("actionChange_Viewing_Options", driver,
+                                                        "Change Volume Visualization Options")};
 }
 
 TEST(ProcessObserversTest, AnIdleWorkspaceIsAskedNothing)
@@ -122,6 +127,7 @@ TEST(ProcessObserversTest, ARejectedDialogLeavesTheOperationCurrentOrCancelsIt)
                                   "actionDoping",
                                   "actionIon_Implantation",
                                   "actionSi_Oxidation",
+                                  "actionChange_Viewing_Options",
                                   "actionBCA_Wet_Etching",
                                   "actionContinuous_Wet_Etching"};
         EXPECT_EQ(driver.workspace().currentOperation() != nullptr, staying.contains(served.action))
@@ -140,6 +146,12 @@ TEST(ProcessObserversTest, ValuesForAnOperationWithoutVolumeCancelIt)
             // It alone goes on waiting for a volume, and says nothing.
             EXPECT_TRUE(driver.workspace().currentOperation());
             EXPECT_EQ(driver.consoleLines(), before);
+            continue;
+        }
+        if (served.title == std::string("Change Volume Visualization Options")) {
+            // This one asks for a volume again.
+            EXPECT_TRUE(driver.workspace().currentOperation());
+            EXPECT_EQ(driver.consoleLines(), before + QStringList(before.last()));
             continue;
         }
         EXPECT_FALSE(driver.workspace().currentOperation()) << served.action;
