@@ -72,7 +72,8 @@ public:
     void setSurfaceAlgorithm(std::uint32_t algorithm);
     std::uint32_t surfaceAlgorithm() const { return m_surfaceAlgorithm; }
 
-    /// The five options of the atomistic picture; what is switched on shows after the next rebuild().
+    /// The five options of the atomistic picture; what is switched on shows after the next
+    /// rebuild().
     bool renderUnitCells() const { return m_atomicRenderer.renderUnitCells(); }
     void setRenderUnitCells(bool render) { m_atomicRenderer.setRenderUnitCells(render); }
     bool renderOutlines() const { return m_atomicRenderer.renderOutlines(); }

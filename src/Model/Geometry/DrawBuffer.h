@@ -38,7 +38,8 @@ public:
 
     /// 0 for none, and where the current context does not know the buffer.
     std::uint32_t name() const;
-    /// Makes it the source of the vertex pointers that are set from here on. False without a buffer.
+    /// Makes it the source of the vertex pointers that are set from here on. False without a
+    /// buffer.
     bool bind() const;
 
 private:
