@@ -502,6 +502,8 @@ protected:
     {
         const Fakes::Log rest = {"debug: Running etching", surfaceLine,
                                  "debug: Total time to allocate and run N",
+                                 "debug: Building unit cells",
+                                 "debug: Building atoms",
                                  "debug: Time to build rendered structrure N"};
         // The volume tells of its lattice itself, before the operation does.
         EXPECT_EQ(
