@@ -2,6 +2,7 @@
 
 #include "Model/Automaton/MarchingCubeStrip.h"
 #include "Model/Automaton/NormalSmoothing.h"
+#include "Model/Automaton/TakenCells.h"
 #include "Model/Automaton/TotalVolume.h"
 #include "Model/Automaton/VertexLattice.h"
 #include "Model/Materials/MaterialFactory.h"
@@ -74,10 +75,10 @@ void MarchingCubeSurface::rebuild(const CellTriple &lower, const CellTriple &upp
     const CellTriple sizes = {m_sizeX, m_sizeY, m_sizeZ};
     const VertexLattice lattice(
         sizes, {m_volume->cellSizeX(), m_volume->cellSizeY(), m_volume->cellSizeZ()});
-    buildTriangles({m_volume->voxels(), sizes, {lower, upper}, lattice});
-    smoothNormals(m_triangles, lattice.keyRange());
-    m_volume->releaseVoxels();
     m_areBuffersStale = true;
+    const TakenCells voxels(*m_volume);
+    buildTriangles({voxels.cells(), sizes, {lower, upper}, lattice});
+    smoothNormals(m_triangles, lattice.keyRange());
 }
 
 // Once the strips know how many triangles they have, each writes straight to its place in the list,

@@ -1,6 +1,7 @@
 #include "Model/Automaton/OctreeSurface.h"
 
 #include "Model/Automaton/OctreeFaceBuilder.h"
+#include "Model/Automaton/TakenCells.h"
 #include "Model/Automaton/TotalVolume.h"
 #include "Model/Geometry/DrawState.h"
 #include "Model/Materials/MaterialFactory.h"
@@ -53,13 +54,13 @@ void OctreeSurface::rebuild(const CellTriple &lower, const CellTriple &upper)
     m_root.y = lower[1];
     m_root.z = lower[2];
     m_root.size = rootSize(extent);
-    m_builder.build(m_root, m_volume->voxels(), sizes, limits);
+    m_opaqueBuffer.setChanged();
+    m_transparentBuffer.setChanged();
+    const TakenCells voxels(*m_volume);
+    m_builder.build(m_root, voxels.cells(), sizes, limits);
     OctreeFaceBuilder({m_volume->cellSizeX(), m_volume->cellSizeY(), m_volume->cellSizeZ()},
                       m_palette)
         .buildFaces(m_root, m_opaqueFaces, m_transparentFaces);
-    m_volume->releaseVoxels();
-    m_opaqueBuffer.setChanged();
-    m_transparentBuffer.setChanged();
 }
 
 void OctreeSurface::draw(bool showEdges, bool opaque)

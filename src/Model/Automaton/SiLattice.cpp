@@ -1,6 +1,7 @@
 #include "Model/Automaton/SiLattice.h"
 
 #include "Model/Automaton/LatticeRotation.h"
+#include "Model/Automaton/TakenCells.h"
 #include "Model/Automaton/TotalVolume.h"
 
 #include <boost/make_shared.hpp>
@@ -131,8 +132,10 @@ void SiLattice::buildCells()
 {
     const std::vector<Heights> heights = heightsOfAtoms();
     m_columnStarts.assign(std::size_t{m_cellsX} * m_cellsY + 1, 0);
-    Voxel *voxels = m_volume->voxels();
-    Voxel *nextVoxels = m_volume->nextVoxels();
+    const TakenCells takenVoxels(*m_volume);
+    const TakenCells takenNextVoxels(*m_volume, TakenCells::NextVoxels);
+    Voxel *voxels = takenVoxels.cells();
+    Voxel *nextVoxels = takenNextVoxels.cells();
     std::size_t column = 0;
     for (std::uint32_t i = 0; i < m_cellsX; ++i)
         for (std::uint32_t j = 0; j < m_cellsY; ++j) {
@@ -175,8 +178,6 @@ void SiLattice::buildCells()
             }
         }
     m_columnStarts[column] = static_cast<std::uint32_t>(m_cells.size());
-    m_volume->releaseVoxels();
-    m_volume->releaseNextVoxels();
 }
 
 void SiLattice::linkCells()

@@ -1,6 +1,7 @@
 #include "Model/Automaton/TotalVolumePainter.h"
 
 #include "Model/Automaton/DirectFaceBuilder.h"
+#include "Model/Automaton/TakenCells.h"
 #include "Model/Automaton/TotalVolume.h"
 #include "Model/Automaton/Voxel.h"
 #include "Model/Geometry/DrawState.h"
@@ -66,24 +67,22 @@ void TotalVolumePainter::rebuildDirectFaces()
     m_opaqueFaces.clear();
     m_transparentFaces.clear();
     reloadColors();
-    const Voxel *voxels = m_volume->voxels();
-    DirectFaceBuilder(voxels, {m_volume->sizeX(), m_volume->sizeY(), m_volume->sizeZ()},
-                      {m_cellSizeX, m_cellSizeY, m_cellSizeZ}, m_limits, m_palette)
-        .buildFaces(m_opaqueFaces, m_transparentFaces);
-    m_volume->releaseVoxels();
     m_opaqueBuffer.setChanged();
     m_transparentBuffer.setChanged();
+    const TakenCells voxels(*m_volume);
+    DirectFaceBuilder(voxels.cells(), {m_volume->sizeX(), m_volume->sizeY(), m_volume->sizeZ()},
+                      {m_cellSizeX, m_cellSizeY, m_cellSizeZ}, m_limits, m_palette)
+        .buildFaces(m_opaqueFaces, m_transparentFaces);
 }
 
 void TotalVolumePainter::rebuildEmptyFaces()
 {
     m_emptyFaces.clear();
-    const Voxel *voxels = m_volume->voxels();
-    DirectFaceBuilder(voxels, {m_volume->sizeX(), m_volume->sizeY(), m_volume->sizeZ()},
+    m_emptyBuffer.setChanged();
+    const TakenCells voxels(*m_volume);
+    DirectFaceBuilder(voxels.cells(), {m_volume->sizeX(), m_volume->sizeY(), m_volume->sizeZ()},
                       {m_cellSizeX, m_cellSizeY, m_cellSizeZ}, m_limits, m_palette)
         .buildEmptyFaces(m_emptyFaces);
-    m_volume->releaseVoxels();
-    m_emptyBuffer.setChanged();
 }
 
 void TotalVolumePainter::reloadColors()
