@@ -16,7 +16,6 @@ constexpr std::uint32_t WholeSize = 8;
 void OctreeBuilder::build(OctreeNode &root, const Voxel *voxels, const CellTriple &sizes,
                           const CutLimits &limits)
 {
-    m_voxels = voxels;
     m_strideY = sizes[2];
     m_strideX = m_strideY * sizes[1];
     m_limits = limits;
@@ -28,6 +27,7 @@ void OctreeBuilder::build(OctreeNode &root, const Voxel *voxels, const CellTripl
     for (unsigned axis = 0; axis < 3; ++axis)
         if (limits.lower[axis] >= limits.upper[axis])
             return;
+    m_voxels = voxels;
     buildNode(root);
     m_voxels = nullptr;
 }

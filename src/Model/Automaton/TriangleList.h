@@ -23,9 +23,11 @@ public:
     const Triangle *begin() const { return data(); }
     const Triangle *end() const { return data() + m_size; }
 
-    /// What the list held before is lost; the caller writes every triangle.
+    /// What the list held before is lost, also where there is no memory for more; the caller writes
+    /// every triangle.
     void reset(std::size_t size)
     {
+        m_size = 0;
         if (size > m_capacity) {
             m_triangles.reset();
             m_capacity = 0;
