@@ -554,6 +554,73 @@ TEST_F(TotalVolumePainterTest, CutThatEndsBeforeItBeginsShowsNothing)
     }
 }
 
+TEST_F(TotalVolumePainterTest, LimitsBeyondTheVolumeAreKeptAndEverySurfaceEndsAtTheVolume)
+{
+    constexpr std::uint32_t Most = LargestId;
+    const Grid grid{5, 4, 6};
+    const Ids ids = Support::materialsBy(
+        grid, [](std::uint32_t x, std::uint32_t y, std::uint32_t z) -> std::uint32_t {
+            return z == 5 ? 0 : (x + y) % 3 == 0 ? Glass : Red;
+        });
+    // As they are set, and what of the volume lies in them.
+    struct Cut
+    {
+        CutLimits limits;
+        CutLimits inside;
+    };
+    // The last shows the whole volume.
+    const Cut cuts[] = {{{{1, 0, 2}, {6, 4, 6}}, {{1, 0, 2}, {5, 4, 6}}},
+                        {{{1, 0, 2}, {4, 5, 6}}, {{1, 0, 2}, {4, 4, 6}}},
+                        {{{0, 1, 1}, {5, 3, 70}}, {{0, 1, 1}, {5, 3, 6}}},
+                        {{{5, 0, 0}, {9, 4, 6}}, {{5, 0, 0}, {5, 4, 6}}},
+                        {{{0, 7, 0}, {5, 9, 6}}, {{0, 4, 0}, {5, 4, 6}}},
+                        {{{0, 0, Most - 1}, {5, 4, Most}}, {{0, 0, 6}, {5, 4, 6}}},
+                        {{{0, 0, 0}, {Most, Most, Most}}, {{0, 0, 0}, {5, 4, 6}}}};
+    const auto volume = makeVolume(grid, ids);
+    const auto inside = makeVolume(grid, ids);
+    const auto rebuild = [](TotalVolumePainter &painter, std::uint32_t algorithm,
+                            const CutLimits &cut) {
+        painter.setSurfaceAlgorithm(algorithm);
+        painter.setShowEmptyVoxels(true);
+        painter.setCutLimits(cut.lower, cut.upper);
+        painter.rebuild();
+    };
+    TotalVolumePainter &painter = volume->painter();
+    TotalVolumePainter &expected = inside->painter();
+    for (const int threads : {1, 3}) {
+        const PoolThreads pool(threads);
+        for (const std::uint32_t algorithm : {0U, 1U, 2U}) {
+            for (const Cut &cut : cuts) {
+                SCOPED_TRACE(testing::Message() << threads << " threads, algorithm " << algorithm
+                                                << ", cut " << &cut - cuts);
+                rebuild(painter, algorithm, cut.limits);
+                rebuild(expected, algorithm, cut.inside);
+                const Faces faces = visibleFaces(grid, ids, cut.inside);
+                const Voxel *cells = cellsOf(*volume);
+                EXPECT_TRUE(agree(painter.opaqueFaces(), faces.opaque, cells));
+                EXPECT_TRUE(agree(painter.transparentFaces(), faces.transparent, cells));
+                EXPECT_TRUE(
+                    agree(painter.emptyFaces(), emptyCellFaces(grid, ids, cut.inside), cells));
+                EXPECT_EQ(painter.octree().root().size, expected.octree().root().size);
+                EXPECT_EQ(painter.octree().opaqueFaces().size(),
+                          expected.octree().opaqueFaces().size());
+                EXPECT_EQ(painter.octree().transparentFaces().size(),
+                          expected.octree().transparentFaces().size());
+                EXPECT_EQ(painter.marchingCubes().triangles().size(),
+                          expected.marchingCubes().triangles().size());
+                CutLimits kept;
+                painter.cutLimits(kept.lower, kept.upper);
+                EXPECT_EQ(kept.lower, cut.limits.lower);
+                EXPECT_EQ(kept.upper, cut.limits.upper);
+            }
+            EXPECT_GT(opaqueCount(*volume), 0U);
+            EXPECT_EQ(painter.emptyFaces().size(), 5U * 4U * 6U);
+        }
+    }
+    EXPECT_FALSE(painter.octree().opaqueFaces().empty());
+    EXPECT_FALSE(painter.marchingCubes().triangles().empty());
+}
+
 TEST_F(TotalVolumePainterTest, SettingTheCutRebuildsNothing)
 {
     const Grid grid{4, 4, 4};

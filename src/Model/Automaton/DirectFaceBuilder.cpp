@@ -96,7 +96,10 @@ DirectFaceBuilder::DirectFaceBuilder(const Voxel *voxels, const CellTriple &size
       m_cellSizes(cellSizes),
       m_limits(limits),
       m_palette(palette)
-{}
+{
+    for (unsigned axis = 0; axis < 3; ++axis)
+        m_limits.upper[axis] = std::min(m_limits.upper[axis], m_sizes[axis]);
+}
 
 const std::array<DirectFaceBuilder::FaceShape, 6> &DirectFaceBuilder::faceShapes()
 {
@@ -261,7 +264,7 @@ unsigned DirectFaceBuilder::transparentFaces(const Voxel *cell, std::uint32_t x,
 void DirectFaceBuilder::emptyFaceStrip(std::uint32_t firstX, std::uint32_t endX, FaceList &empty,
                                        FaceList & /*unused*/, const Voxel *voxels) const
 {
-    // A volume with a size of 0 may be of any size along the other axes.
+    // Else a volume without cells would be walked along x, where it may have any size.
     if (m_limits.lower[1] >= m_limits.upper[1] || m_limits.lower[2] >= m_limits.upper[2])
         return;
     for (std::uint32_t x = firstX; x < endX; ++x) {

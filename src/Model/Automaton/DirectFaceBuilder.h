@@ -19,7 +19,8 @@ class DirectFaceBuilder final
 {
 public:
     /// All pointers and references must outlive the builder. `voxels` is the array of a volume
-    /// with these sizes, whose lock the caller holds while a build runs.
+    /// with these sizes, whose lock the caller holds while a build runs. Limits beyond the volume
+    /// end with it.
     DirectFaceBuilder(const Voxel *voxels, const CellTriple &sizes,
                       const std::array<float, 3> &cellSizes, const CutLimits &limits,
                       const MaterialPalette &palette);

@@ -57,9 +57,10 @@ public:
     /// Draws the volume's whole box as one pick target, whatever the cut.
     void drawForPicking() const;
 
-    /// Cells; upper is exclusive and at most the volume's size. Limits with a lower one that is not
-    /// below its upper one show nothing. Builds nothing. The planes take the numbers as world
-    /// coordinates, which fits a volume at the origin with cells of edge 1.
+    /// Cells; upper is exclusive. Limits with a lower one that is not below its upper one show
+    /// nothing. Limits beyond the volume are kept as they are given, and every surface and the
+    /// outlines of void cells end at the volume. Builds nothing. The planes take the numbers as
+    /// world coordinates, which fits a volume at the origin with cells of edge 1.
     void setCutLimits(const CellTriple &lower, const CellTriple &upper);
     void cutLimits(CellTriple &lower, CellTriple &upper) const;
 
