@@ -116,3 +116,21 @@ TEST_F(DrawBufferTest, BufferOfAnotherWindowIsNotTakenForItsOwn)
     EXPECT_EQ(ours.name(), name);
     EXPECT_TRUE(isBuffer(name));
 }
+
+TEST_F(DrawBufferTest, BufferThatAnotherWindowFilledAnewStaysInTheFirstUntilThatGoes)
+{
+    auto *here = const_cast<QGLContext *>(QGLContext::currentContext());
+    QGLWidget other;
+    other.makeCurrent();
+    DrawBuffer buffer;
+    buffer.upload(Floats.data(), sizeof Floats);
+    const std::uint32_t first = buffer.name();
+    here->makeCurrent();
+    buffer.upload(Floats.data(), sizeof Floats);
+    EXPECT_NE(buffer.name(), 0U);
+    other.makeCurrent();
+    EXPECT_TRUE(isBuffer(first));
+    EXPECT_EQ(buffer.name(), 0U);
+    here->makeCurrent();
+    EXPECT_NE(buffer.name(), 0U);
+}

@@ -573,3 +573,32 @@ TEST_F(TotalVolumeSurfacesTest, VolumeOutlivesItsContext)
         here->makeCurrent();
     }
 }
+
+// Display lists are numbered from 1 in every window.
+TEST_F(TotalVolumeSurfacesTest, VolumeThatGoesWhileAnotherWindowIsCurrentLeavesTheListsOfThatWindow)
+{
+    constexpr GLsizei Lists = 4096;
+    const auto lists = [] {
+        int count = 0;
+        for (GLuint name = 1; name <= Lists; ++name)
+            count += glIsList(name) != 0;
+        return count;
+    };
+    auto *here = const_cast<QGLContext *>(QGLContext::currentContext());
+    addBlock(TotalVolumePainter::DirectCubic, {2, 2, 2}, Red);
+    QGLWidget other;
+    other.makeCurrent();
+    const GLuint first = glGenLists(Lists);
+    EXPECT_EQ(first, 1U);
+    EXPECT_EQ(lists(), Lists);
+    m_document.reset();
+    EXPECT_EQ(lists(), Lists);
+    glDeleteLists(first, Lists);
+    here->makeCurrent();
+
+    const int before = lists();
+    addBlock(TotalVolumePainter::DirectCubic, {2, 2, 2}, Red);
+    EXPECT_EQ(lists(), before + 1);
+    m_document.reset();
+    EXPECT_EQ(lists(), before) << "its own list goes with it";
+}

@@ -8,6 +8,7 @@
 #include "Model/Materials/MaterialFactory.h"
 
 #include <QMutexLocker>
+#include <QOpenGLContext>
 
 #include <GL/gl.h>
 
@@ -33,6 +34,7 @@ TotalVolumePainter::TotalVolumePainter(TotalVolume *volume)
       m_volume(volume),
       m_wasSelected(!volume->isSelected()),
       m_displayList(glGenLists(1)),
+      m_displayListOwners(QOpenGLContextGroup::currentContextGroup()),
       m_cellSizeX(volume->cellSizeX()),
       m_cellSizeY(volume->cellSizeY()),
       m_cellSizeZ(volume->cellSizeZ()),
@@ -45,7 +47,8 @@ TotalVolumePainter::TotalVolumePainter(TotalVolume *volume)
 
 TotalVolumePainter::~TotalVolumePainter()
 {
-    if (m_displayList != 0)
+    // Another window may have a list of its own under the same name.
+    if (m_displayListOwners && m_displayListOwners == QOpenGLContextGroup::currentContextGroup())
         glDeleteLists(m_displayList, 1);
 }
 

@@ -11,12 +11,15 @@
 #include "Model/Geometry/FaceList.h"
 
 #include <QMutex>
+#include <QPointer>
 
 #include <boost/shared_ptr.hpp>
 
 #include <cstddef>
 #include <cstdint>
 #include <vector>
+
+class QOpenGLContextGroup;
 
 namespace Model::Materials {
 class MaterialFactory;
@@ -115,6 +118,8 @@ private:
     bool m_wasSelected;
     std::uint32_t m_surfaceAlgorithm = DirectCubic;
     unsigned m_displayList;
+    /// The contexts that know the list.
+    QPointer<QOpenGLContextGroup> m_displayListOwners;
     float m_cellSizeX;
     float m_cellSizeY;
     float m_cellSizeZ;
