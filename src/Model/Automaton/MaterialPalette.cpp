@@ -30,6 +30,17 @@ void MaterialPalette::highlight(float (&color)[4])
     }
 }
 
+void MaterialPalette::recolor(Geometry::QuadFace &face, std::uint32_t material,
+                              bool isSelected) const
+{
+    for (float(*target)[4] : {&face.color, &face.edgeColor}) {
+        if (isSelected)
+            highlight(*target);
+        else
+            std::copy_n(color(material).begin(), 4, *target);
+    }
+}
+
 const MaterialPalette::Entry &MaterialPalette::sparseEntry(std::uint32_t material) const
 {
     const auto found = m_sparse.find(material);

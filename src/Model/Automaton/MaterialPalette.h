@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Model/Geometry/QuadFace.h"
 #include "Model/Materials/Material.h"
 
 #include <array>
@@ -39,6 +40,9 @@ public:
     /// What selection does to a colour: each of red, green and blue falls by 0.7 if it is at least
     /// 0.7, and rises by 0.3 otherwise. Alpha stays.
     static void highlight(float (&color)[4]);
+    /// Gives both colours of a face the present one of its material, or highlights the colours that
+    /// it has.
+    void recolor(Geometry::QuadFace &face, std::uint32_t material, bool isSelected) const;
 
 private:
     struct Entry

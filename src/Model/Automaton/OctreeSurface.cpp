@@ -9,7 +9,6 @@
 #include <GL/gl.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace Model::Automaton {
 
@@ -82,13 +81,7 @@ void OctreeSurface::refreshColors()
     m_palette.reload(m_materials->materials());
     const bool selected = m_volume->isSelected();
     const auto recolor = [&](QuadFace &face) {
-        const MaterialPalette::Color &color = m_palette.color(materialOf(face));
-        for (float(*target)[4] : {&face.color, &face.edgeColor}) {
-            if (selected)
-                MaterialPalette::highlight(*target);
-            else
-                std::memcpy(*target, color.data(), sizeof *target);
-        }
+        m_palette.recolor(face, materialOf(face), selected);
     };
     m_opaqueFaces.forEach(recolor);
     m_transparentFaces.forEach(recolor);

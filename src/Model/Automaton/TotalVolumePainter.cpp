@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace Model::Automaton {
 
@@ -103,13 +102,7 @@ void TotalVolumePainter::refreshColors()
     // A selected volume's faces are highlighted as they are: doing so twice highlights twice.
     const bool selected = m_volume->isSelected();
     const auto recolor = [&](QuadFace &face) {
-        const MaterialPalette::Color &color = m_palette.color(face.voxel->material());
-        for (float(*target)[4] : {&face.color, &face.edgeColor}) {
-            if (selected)
-                MaterialPalette::highlight(*target);
-            else
-                std::memcpy(*target, color.data(), sizeof *target);
-        }
+        m_palette.recolor(face, face.voxel->material(), selected);
     };
     m_opaqueFaces.forEach(recolor);
     m_transparentFaces.forEach(recolor);
