@@ -1,12 +1,18 @@
+#define GL_GLEXT_PROTOTYPES
+
 #include "Model/Geometry/FaceBuffer.h"
 
 #include "GlTestSupport.h"
 #include "Model/Geometry/FaceList.h"
 
+#include <GL/gl.h>
+#include <GL/glext.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 using Model::Geometry::FaceBuffer;
 using Model::Geometry::FaceList;
@@ -15,6 +21,7 @@ using Model::Geometry::QuadFace;
 namespace {
 
 constexpr float Upward[3] = {0, 0, 1};
+constexpr float Slanted[3] = {0.1f, -0.7f, 0.707f};
 constexpr int SquareUnit = 100; // pixels
 
 using FaceColor = std::array<float, 4>;
@@ -42,6 +49,12 @@ protected:
         std::copy(color.begin(), color.end(), face.color);
         std::copy(edgeColor.begin(), edgeColor.end(), face.edgeColor);
         face.voxel = nullptr;
+    }
+    static void readBuffer(int name, std::intptr_t place, std::array<float, 3> &floats)
+    {
+        glBindBuffer(GL_ARRAY_BUFFER, static_cast<GLuint>(name));
+        glGetBufferSubData(GL_ARRAY_BUFFER, place, sizeof floats, floats.data());
+        glBindBuffer(GL_ARRAY_BUFFER, 0);
     }
     void drawFaces(FaceBuffer::Coloring coloring = FaceBuffer::Fill)
     {
@@ -143,4 +156,27 @@ TEST_F(FaceBufferTest, WithoutAContextNothingIsDrawn)
     context->makeCurrent();
     drawFaces();
     expectColorAt(0.5, 0.5, 0, red);
+}
+
+// OpenGL before 4.2 takes whole numbers for normals that are a little beside what they stand for.
+TEST_F(FaceBufferTest, NormalsAreHandedOverAsTheFloatsThatTheyAre)
+{
+    append(0, 0, Red, Red);
+    append(2, 0, Green, Green);
+    unsigned number = 0;
+    m_faces.forEach([&](QuadFace &face) { face.normal = number++ == 0 ? Upward : Slanted; });
+    drawFaces();
+    ASSERT_EQ(integer(GL_NORMAL_ARRAY_TYPE), GL_FLOAT);
+    void *place = nullptr;
+    glGetPointerv(GL_NORMAL_ARRAY_POINTER, &place);
+    std::array<float, 3> normal{};
+    for (int corner = 0; corner < 8; ++corner) {
+        readBuffer(integer(GL_NORMAL_ARRAY_BUFFER_BINDING),
+                   reinterpret_cast<std::intptr_t>(place) +
+                       corner * integer(GL_NORMAL_ARRAY_STRIDE),
+                   normal);
+        const float *expected = corner < 4 ? Upward : Slanted;
+        for (unsigned axis = 0; axis < 3; ++axis)
+            EXPECT_EQ(normal[axis], expected[axis]) << "axis " << axis << " of corner " << corner;
+    }
 }

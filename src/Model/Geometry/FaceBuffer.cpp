@@ -5,7 +5,6 @@
 #include <GL/gl.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <cstring>
 #include <vector>
 
@@ -20,8 +19,8 @@ constexpr std::size_t Portion = 1024;
 struct Shape
 {
     float position[3];
-    /// Faces look along the axes, which this holds exactly. The last one fills up the word.
-    std::int8_t normal[4];
+    /// As floats, which every OpenGL takes as they are: before 4.2 no byte stands for 0.
+    float normal[3];
 };
 
 struct Color
@@ -86,7 +85,7 @@ void FaceBuffer::draw(const FaceList &faces, Coloring coloring)
     glColorPointer(4, GL_FLOAT, sizeof(Color), DrawBuffer::place(0));
     if (m_shapes.bind()) {
         glVertexPointer(3, GL_FLOAT, sizeof(Shape), DrawBuffer::place(offsetof(Shape, position)));
-        glNormalPointer(GL_BYTE, sizeof(Shape), DrawBuffer::place(offsetof(Shape, normal)));
+        glNormalPointer(GL_FLOAT, sizeof(Shape), DrawBuffer::place(offsetof(Shape, normal)));
         for (const GLenum array : {GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY})
             glEnableClientState(array);
         glDrawArrays(GL_QUADS, 0, static_cast<GLsizei>(faces.size() * Corners));
@@ -99,12 +98,9 @@ void FaceBuffer::draw(const FaceList &faces, Coloring coloring)
 void FaceBuffer::uploadShapes(const FaceList &faces)
 {
     fill<Shape>(m_shapes, faces, [](const QuadFace &face, Shape *shapes) {
-        Shape shape{};
-        for (unsigned axis = 0; axis < 3; ++axis)
-            shape.normal[axis] = static_cast<std::int8_t>(face.normal[axis] * 127.0f);
         for (std::size_t corner = 0; corner < Corners; ++corner) {
-            std::memcpy(shape.position, face.vertices[corner], sizeof shape.position);
-            shapes[corner] = shape;
+            std::memcpy(shapes[corner].position, face.vertices[corner], sizeof(Shape::position));
+            std::memcpy(shapes[corner].normal, face.normal, sizeof(Shape::normal));
         }
     });
     m_areShapesStale = false;
