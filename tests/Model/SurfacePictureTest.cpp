@@ -198,6 +198,22 @@ TEST_F(SurfacePictureTest, UnknownMaterialLooksLikeTheEmptyOne)
     expectColorAt(3.05, 2.95, 6, emptyMaterial);
 }
 
+TEST_F(SurfacePictureTest, UnknownMaterialTakesNoColorFromTheVerticesBeforeIt)
+{
+    for (const bool isFirst : {true, false}) {
+        SCOPED_TRACE(isFirst);
+        const auto volume = makeVolume(Grid{6, 6, 6}, [isFirst](auto x, auto, auto) {
+            return (x < 3) == isFirst ? Unknown : Blue;
+        });
+        MarchingCubeSurface surface(volume.get());
+        surface.rebuild({0, 0, 0}, Whole);
+        glColor3f(1, 1, 0);
+        drawSurface(surface);
+        expectColorAt(1.45, 2.95, 5.5, isFirst ? emptyMaterial : blue);
+        expectColorAt(4.45, 2.95, 5.5, isFirst ? blue : emptyMaterial);
+    }
+}
+
 TEST_F(SurfacePictureTest, RebuildShowsAnotherCut)
 {
     const auto volume = block(Red);

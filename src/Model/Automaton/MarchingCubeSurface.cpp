@@ -103,17 +103,20 @@ void MarchingCubeSurface::draw(bool /*showEdges*/)
     const QMutexLocker lock(&m_mutex);
     if (!updateBuffers())
         return;
-    m_colorBuffer.bind();
+    if (!m_colorBuffer.bind())
+        return;
     glColorPointer(3, GL_FLOAT, 0, DrawBuffer::place(0));
-    m_vertexBuffer.bind();
-    constexpr GLsizei Stride = sizeof(Triangle::Vertex);
-    glVertexPointer(3, GL_FLOAT, Stride, DrawBuffer::place(offsetof(Triangle::Vertex, position)));
-    glNormalPointer(GL_FLOAT, Stride, DrawBuffer::place(offsetof(Triangle::Vertex, normal)));
-    for (const GLenum array : {GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY})
-        glEnableClientState(array);
-    glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(m_triangles.size() * 3));
-    for (const GLenum array : {GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY})
-        glDisableClientState(array);
+    if (m_vertexBuffer.bind()) {
+        constexpr GLsizei Stride = sizeof(Triangle::Vertex);
+        glVertexPointer(3, GL_FLOAT, Stride,
+                        DrawBuffer::place(offsetof(Triangle::Vertex, position)));
+        glNormalPointer(GL_FLOAT, Stride, DrawBuffer::place(offsetof(Triangle::Vertex, normal)));
+        for (const GLenum array : {GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY})
+            glEnableClientState(array);
+        glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(m_triangles.size() * 3));
+        for (const GLenum array : {GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY})
+            glDisableClientState(array);
+    }
     DrawBuffer::unbind();
 }
 
