@@ -20,14 +20,15 @@ public:
     float position(unsigned axis, std::size_t index) const { return m_positions[axis][index]; }
 
     /// What the smoothing groups vertices by: (sizeY * ix + iy) * sizeZ + iz, in unsigned 32-bit
-    /// arithmetic, which the shares of the axes just add up to.
+    /// arithmetic. Each axis has its share of this sum in a table.
     std::uint32_t key(std::size_t indexX, std::size_t indexY, std::size_t indexZ) const
     {
         return m_keys[0][indexX] + m_keys[1][indexY] + m_keys[2][indexZ];
     }
 
-    /// Keys repeat with the x of a cube only within a range that moves up with it. The width of
-    /// that range, or 0 if keys are not ordered in this way.
+    /// How many keys, from the lowest one on, the vertices of all cubes with one x can have. The
+    /// lowest key never falls as x rises, so that a walk through x needs a window of this many keys
+    /// at a time. 0 if keys do not rise with x, y and z.
     std::size_t keyRange() const { return m_keyRange; }
 
 private:
