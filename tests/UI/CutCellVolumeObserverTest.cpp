@@ -4,6 +4,7 @@
 #include "Model/Automaton/TotalVolume.h"
 #include "UI/GLWidget.h"
 #include "UI/MainWindow.h"
+#include "UI/Observers/CutCellVolumeObserver.h"
 #include "Util/IObserver.h"
 
 #include <QGLContext>
@@ -188,6 +189,17 @@ TEST_F(CutCellVolumeObserverTest, TheDialogStartsWithTheLimitsOfTheVolume)
             .reject());
     EXPECT_EQ(shown, (QStringList{"3", "10", "0", "7", "0", "14"}));
     EXPECT_EQ(limits(), (Limits{{3, 0, 0}, {10, 7, 14}}));
+}
+
+TEST_F(CutCellVolumeObserverTest, WithoutAVolumeThereIsNothingToAsk)
+{
+    m_driver.trigger("actionCut_Cell_Volume");
+    ASSERT_TRUE(m_driver.workspace().currentOperation());
+    Ui::Observers::CutCellVolumeObserver observer(&m_driver.workspace(), &m_driver.window());
+    // Throws where a dialog comes up.
+    EXPECT_NO_THROW(m_driver.answering({}, [&] { observer.update(); }));
+    EXPECT_TRUE(m_driver.workspace().currentOperation()) << "it goes on waiting for a volume";
+    EXPECT_EQ(limits(), m_whole);
 }
 
 } // namespace

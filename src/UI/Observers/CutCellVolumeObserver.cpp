@@ -16,7 +16,8 @@ void CutCellVolumeObserver::update()
     CellTriple lower{};
     CellTriple upper{};
     CellTriple sizes{};
-    operation->limits(lower, upper, sizes);
+    if (!operation->limits(lower, upper, sizes))
+        return;
     Operations::CutCellVolumeDialog dialog(dialogParent());
     dialog.setLimits(lower, upper, sizes);
     dialog.setPreview([&](const CellTriple &shownLower, const CellTriple &shownUpper) {
