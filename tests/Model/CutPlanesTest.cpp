@@ -187,11 +187,13 @@ TEST(CutPlanesTest, NewVolumeHasThePlanesOfItsSizes)
     }
 }
 
-TEST(CutPlanesTest, SameLimitsTwiceLeaveSixPlanes)
+TEST(CutPlanesTest, SettingLimitsAgainStartsFromNoPlanes)
 {
     const auto volume = Support::makeVolume(Grid{10, 20, 30}, std::vector<std::uint32_t>(6000));
     volume->painter().setCutLimits({3, 0, 4}, {4, 20, 5});
     const Planes before = planesOf(volume->painter().cutPlanes());
+    volume->painter().setCutLimits({1, 2, 3}, {9, 19, 29});
+    EXPECT_EQ(planesOf(volume->painter().cutPlanes()).size(), 6U);
     volume->painter().setCutLimits({3, 0, 4}, {4, 20, 5});
     EXPECT_EQ(planesOf(volume->painter().cutPlanes()), before);
     EXPECT_EQ(before.size(), 6U);

@@ -209,7 +209,7 @@ TEST(MarchingCubeStripTest, FullVolumeIsClosedOneCellInFromTheLowSides)
     }
 }
 
-TEST(MarchingCubeStripTest, CellsAtTheUpperLimitAreStillFilled)
+TEST(MarchingCubeStripTest, CellsAtTheUpperLimitAreFilledAndTheLidLiesHalfACellBehindThem)
 {
     Block block = filledBlock({9, 9, 9}, 1);
     block.limits = {{2, 2, 2}, {5, 5, 5}};

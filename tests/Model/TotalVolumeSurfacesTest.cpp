@@ -372,7 +372,7 @@ TEST_F(TotalVolumeSurfacesTest, NewColorsReachEdges)
     }
 }
 
-TEST_F(TotalVolumeSurfacesTest, CutIsClosedByALid)
+TEST_F(TotalVolumeSurfacesTest, CutIsClosedByALidAndThatOfTheSmoothSkinLiesHalfACellFurtherOut)
 {
     for (const auto algorithm : Algorithms) {
         SCOPED_TRACE(algorithm);
