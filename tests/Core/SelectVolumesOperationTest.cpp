@@ -332,3 +332,36 @@ TEST_F(SelectVolumesOperationTest, OperationIsReleasedWhenItHasFinished)
     type("n");
     EXPECT_TRUE(operation.expired());
 }
+
+TEST_F(SelectVolumesOperationTest, ObserverThatIsReplacedWhileItIsToldLivesToItsEnd)
+{
+    boost::weak_ptr<Util::IObserver> told;
+    {
+        const auto replaced = Fakes::observing([&told] {
+            SelectVolumesOperation::setObserver(nullptr);
+            EXPECT_FALSE(told.expired());
+        });
+        told = replaced;
+        SelectVolumesOperation::setObserver(replaced);
+    }
+    select({m_volume});
+    activate();
+    EXPECT_TRUE(told.expired());
+    EXPECT_EQ(workspace().currentOperation(), nullptr);
+}
+
+TEST_F(SelectVolumesOperationTest, OperationThatIsDroppedDuringTheBatchRunEndsThereAndLeavesTheNext)
+{
+    boost::shared_ptr<Core::Operations::Operation> next;
+    SelectVolumesOperation::setObserver(Fakes::observing([&] {
+        const boost::weak_ptr<SelectVolumesOperation> self = current();
+        workspace().dropOperation();
+        EXPECT_FALSE(self.expired());
+        activate();
+        next = workspace().currentOperation();
+    }));
+    select({m_volume});
+    activate();
+    EXPECT_NE(next, nullptr);
+    EXPECT_EQ(workspace().currentOperation(), next);
+}

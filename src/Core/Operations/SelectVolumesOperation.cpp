@@ -56,8 +56,14 @@ void SelectVolumesOperation::end()
 {
     if (!m_finished)
         return;
-    if (s_observer)
-        s_observer->update();
+    // Copies: while the dialog is open another window may set its observer, and whatever drops this
+    // operation must not destroy it here.
+    const boost::shared_ptr<Util::IObserver> observer = s_observer;
+    const boost::shared_ptr<Operation> current = m_workspace->currentOperation();
+    if (observer)
+        observer->update();
+    if (m_workspace->currentOperation() != current)
+        return;
     m_workspace->interpreter().clearRequest();
     m_workspace->finishOperation();
 }

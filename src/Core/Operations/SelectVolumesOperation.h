@@ -34,6 +34,7 @@ public:
 
     void next() override;
     void cancel() override;
+    /// Returns when the observer does. An operation that was dropped meanwhile has ended.
     void end() override;
 
 private:
