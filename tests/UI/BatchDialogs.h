@@ -6,7 +6,6 @@
 
 #include <QColor>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
 #include <QProgressBar>
@@ -59,9 +58,8 @@ inline QStringList steps(const QWidget &dialog)
     return texts;
 }
 
-/// Waits until the run that was started shows its end: the timer stops then, and tells nobody.
-/// A run is over when Run works again, so what is asked is whether the bar stands still at that
-/// value.
+/// Waits until the bar shows that many steps. It may show the last one before the run is over, and
+/// before the surfaces are built.
 inline bool waitForBar(const QWidget &dialog, int value)
 {
     return QTest::qWaitFor([&] { return bar(dialog).value() == value; }, 60000);

@@ -9,6 +9,8 @@
 #include "UI/MainWindow.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QMessageBox>
 #include <QPointer>
 #include <QThread>
 
@@ -173,6 +175,75 @@ TEST_F(BatchRunObserverTest, AWindowThatIsClosedGoesAfterTheDialog)
     })});
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(window);
+}
+
+TEST_F(BatchRunObserverTest, AWindowThatIsClosedTakesTheDialogsOverTheDialogWithIt)
+{
+    // One dialog, a file dialog, and one over another.
+    for (const QString process : {"CVD", "Save Image", "Photolithography"}) {
+        m_driver = std::make_unique<Support::WindowDriver>();
+        QPointer<QWidget> window = &m_driver->window();
+        const auto close = [&](QWidget &dialog) {
+            EXPECT_FALSE(window->close());
+            EXPECT_FALSE(dialog.isVisible());
+            EXPECT_FALSE(QApplication::activeModalWidget());
+            EXPECT_TRUE(window);
+        };
+        std::vector<DialogAnswer> answers{
+            DialogAnswer().choose("cbxProcess", process).click("btnAddProcess")};
+        if (process == "Photolithography")
+            answers.push_back(DialogAnswer()
+                                  .type("ledTopMask", listFile("missing.png"))
+                                  .click("btnApplyTopMask"));
+        answers.push_back(DialogAnswer().look(close));
+        open(answers, false);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_FALSE(window) << process.toStdString();
+    }
+}
+
+TEST_F(BatchRunObserverTest, AWindowThatIsClosedOverTheMessageTakesItAlong)
+{
+    QPointer<QWidget> window = &m_driver->window();
+    open({DialogAnswer().look([](QWidget &dialog) {
+              click(dialog, "btnRun");
+              EXPECT_TRUE(QTest::qWaitFor([&] { return !dialog.isVisible(); }, 20000));
+          }),
+          DialogAnswer().look([&](QWidget &box) {
+              EXPECT_EQ(dynamic_cast<QMessageBox &>(box).windowTitle(), "Missing Cell Volume");
+              EXPECT_FALSE(window->close());
+              EXPECT_FALSE(box.isVisible());
+              EXPECT_TRUE(window);
+          })},
+         false);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(window);
+}
+
+TEST_F(BatchRunObserverTest, AWindowThatIsClosedDuringARunTakesTheDialogsOverTheDialogWithIt)
+{
+    QPointer<QWidget> window = &m_driver->window();
+    QPointer<QWidget> batch;
+    open({withList({pour(Resist, 8), pour(Gold, 9)})
+              .look([&](QWidget &dialog) {
+                  batch = &dialog;
+                  m_volumes[0]->voxels();
+                  click(dialog, "btnRun");
+              })
+              .click("btnAddProcess")
+              .look([&](QWidget &dialog) {
+                  EXPECT_TRUE(dialog.isVisible());
+                  m_volumes[0]->releaseVoxels();
+                  EXPECT_TRUE(QTest::qWaitFor([&] { return !dialog.isVisible(); }, 20000));
+              }),
+          loading(), DialogAnswer().look([&](QWidget &dialog) {
+              EXPECT_FALSE(window->close());
+              EXPECT_FALSE(dialog.isVisible());
+              EXPECT_EQ(QApplication::activeModalWidget(), batch);
+          })});
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(window);
+    expectWholeOrNotBegun();
 }
 
 TEST_F(BatchRunObserverTest, AWindowThatIsClosedDuringARunGoesAfterTheStepInProgress)

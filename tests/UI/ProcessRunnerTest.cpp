@@ -407,6 +407,24 @@ TEST_F(ProcessRunnerTest, EtchingFromBelowAloneReachesItsEngine)
     EXPECT_EQ(cells[grid.index(8, 6, 5)], Silicon);
 }
 
+TEST_F(ProcessRunnerTest, OtherBitsThanThoseOfTheDirectionsMeanNothing)
+{
+    const auto cellsFor = [this](int directions) {
+        const Volume volume = wafer();
+        EXPECT_EQ(run(stepOf(13, {{"MaterialId", Silicon},
+                                  {"Etch Depth", 2u},
+                                  {"EtchDirectionValue", directions}}),
+                      volume),
+                  0);
+        return Support::materialsOf(*volume);
+    };
+    EXPECT_TRUE(cellsFor(4) == Support::materialsOf(*wafer()));
+    EXPECT_TRUE(cellsFor(256) == Support::materialsOf(*wafer()));
+    EXPECT_TRUE(cellsFor(256 + 4 + 1) == cellsFor(1));
+    EXPECT_TRUE(cellsFor(-1) == cellsFor(3));
+    EXPECT_FALSE(cellsFor(1) == cellsFor(3));
+}
+
 TEST_F(ProcessRunnerTest, PvdDepositsWhereTheListSays)
 {
     const auto cellsFor = [this](int mode) {

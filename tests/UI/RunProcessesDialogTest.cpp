@@ -13,15 +13,24 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QHeaderView>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QMessageBox>
+#include <QMetaType>
 #include <QThread>
+#include <QTimer>
 
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <new>
 #include <thread>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+/// Of Qt: the events that wait for the calling thread.
+Q_CORE_EXPORT uint qGlobalPostedEventsCount();
 
 namespace {
 
@@ -123,6 +132,12 @@ protected:
             60000));
         m_dialog->show();
     }
+    /// They are built at the tick of the timer that finds the run over.
+    void waitForFaces()
+    {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return m_volume->painter().opaqueFaces().size() > 0; },
+                                    60000));
+    }
     static DialogAnswer note(QString &title, QString &text)
     {
         return DialogAnswer()
@@ -200,13 +215,13 @@ TEST_F(RunProcessesDialogTest, EverythingHasRoomAndTabGoesThroughIt)
     QTest::qWait(0);
     OptionsDialogs::expectRoom(*m_dialog);
     QStringList order;
-    find<QComboBox>(*m_dialog, "cbxProcess")->setFocus();
+    tree().setFocus();
     while (order.size() < 10) {
         order << m_dialog->focusWidget()->objectName();
         QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Tab);
     }
-    EXPECT_EQ(order, (QStringList{"cbxProcess", "btnAddProcess", "btnRemoveProcess", "btnMoveUp",
-                                  "btnMoveDown", "trwProcesses", "btnLoadList", "btnSaveList",
+    EXPECT_EQ(order, (QStringList{"trwProcesses", "cbxProcess", "btnAddProcess", "btnRemoveProcess",
+                                  "btnMoveUp", "btnMoveDown", "btnLoadList", "btnSaveList",
                                   "btnRun", "btnClose"}));
 }
 
@@ -699,6 +714,56 @@ TEST_F(RunProcessesDialogTest, AListIsSavedAndLoaded)
     EXPECT_EQ(filters, (QStringList{"Process List (*.plst)", "Process List (*.plst)"}));
 }
 
+TEST_F(RunProcessesDialogTest, AListThatIsSavedWithoutASuffixGetsIt)
+{
+    put({Ui::ProcessData(4)});
+    clickButton("btnSaveList", {DialogAnswer().fileName(listFile("plain")).accept()});
+    EXPECT_FALSE(QFile::exists(listFile("plain")));
+    EXPECT_EQ(BatchDialogs::load("plain.plst").size(), 1u);
+    clickButton("btnSaveList", {DialogAnswer().fileName(listFile("own.txt")).accept()});
+    EXPECT_EQ(BatchDialogs::load("own.txt").size(), 1u);
+    EXPECT_FALSE(QFile::exists(listFile("own.txt.plst")));
+}
+
+TEST_F(RunProcessesDialogTest, ASuffixDoesNotReplaceAnotherListUnasked)
+{
+    put({Ui::ProcessData(4)});
+    BatchDialogs::save({Ui::ProcessData(5), Ui::ProcessData(6)}, "kept.plst");
+    const auto saveOver = [this](QMessageBox::StandardButton answer) {
+        QString title;
+        QString text;
+        clickButton("btnSaveList", {DialogAnswer().fileName(listFile("kept")).accept(),
+                                    DialogAnswer().look([&](QWidget &box) {
+                                        auto &question = dynamic_cast<QMessageBox &>(box);
+                                        title = question.windowTitle();
+                                        text = question.text();
+                                        EXPECT_EQ(question.defaultButton(),
+                                                  question.button(QMessageBox::No));
+                                        QTest::mouseClick(question.button(answer), Qt::LeftButton);
+                                    })});
+        EXPECT_EQ(title, "Process List File");
+        EXPECT_EQ(text, "kept.plst already exists.\nDo you want to replace it?");
+        return BatchDialogs::load("kept.plst").size();
+    };
+    EXPECT_EQ(saveOver(QMessageBox::No), 2u);
+    EXPECT_EQ(saveOver(QMessageBox::Yes), 1u);
+}
+
+// The file dialog has asked for exactly that name.
+TEST_F(RunProcessesDialogTest, AFileWithoutASuffixThatTheUserReplacesKeepsItsName)
+{
+    put({Ui::ProcessData(4)});
+    MaskFiles::write("bare", "old");
+    clickButton(
+        "btnSaveList",
+        {DialogAnswer().fileName(listFile("bare")).accept(), DialogAnswer().look([](QWidget &box) {
+             QTest::mouseClick(dynamic_cast<QMessageBox &>(box).button(QMessageBox::Yes),
+                               Qt::LeftButton);
+         })});
+    EXPECT_EQ(BatchDialogs::load("bare").size(), 1u);
+    EXPECT_FALSE(QFile::exists(listFile("bare.plst")));
+}
+
 TEST_F(RunProcessesDialogTest, AListThatIsNotLoadedLeavesTheOldOne)
 {
     put({Ui::ProcessData(4)});
@@ -778,9 +843,10 @@ TEST_F(RunProcessesDialogTest, AnEmptyListWithAVolumeRedrawsIt)
     reopenWithWafer();
     EXPECT_EQ(m_volume->painter().opaqueFaces().size(), 0u);
     clickButton("btnRun");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return m_volume->painter().opaqueFaces().size() > 0; }));
+    // A bar without a range would be a busy one.
+    EXPECT_GT(bar().maximum(), bar().minimum());
+    waitForFaces();
     waitForEnd();
-    // The bar is not busy for ever.
     EXPECT_GT(bar().maximum(), bar().minimum());
 }
 
@@ -817,13 +883,13 @@ TEST_F(RunProcessesDialogTest, AListRunsOnTheVolumeAndTheBarReachesTheEnd)
     EXPECT_EQ(bar().minimum(), 0);
     EXPECT_EQ(bar().maximum(), 2);
     EXPECT_TRUE(waitForBar(*m_dialog, 2));
+    waitForFaces();
     waitForEnd();
     const auto wanted = Support::materialsBy(
         Support::Grid{20, 16, 12}, [](std::uint32_t, std::uint32_t, std::uint32_t z) {
             return z < 3 ? Silicon : z < 5 ? Resist : z < 7 ? Gold : 0u;
         });
     EXPECT_TRUE(Support::materialsOf(*m_volume) == wanted);
-    EXPECT_GT(m_volume->painter().opaqueFaces().size(), 0u);
     EXPECT_EQ(bar().value(), 2);
 }
 
@@ -836,6 +902,109 @@ TEST_F(RunProcessesDialogTest, StepsThatFailArePassedOverAndCountAsDone)
     const auto cells = Support::materialsOf(*m_volume);
     EXPECT_EQ(std::count(cells.begin(), cells.end(), Resist), 20 * 16 * 2);
     EXPECT_EQ(std::count(cells.begin(), cells.end(), Gold), 0);
+}
+
+/// Makes a step throw that holds a vector as its mask, as one does that finds no memory.
+class Throwing
+{
+public:
+    Throwing() { QMetaType::registerConverter<Util::Vector3D, std::vector<bool>>(&convert); }
+    /// A functor that goes takes the conversion between its types along.
+    ~Throwing()
+    {
+        const QtPrivate::ConverterFunctor<Util::Vector3D, std::vector<bool>, decltype(&convert)>
+            gone(&convert);
+    }
+    Throwing(const Throwing &) = delete;
+    Throwing &operator=(const Throwing &) = delete;
+
+    static Ui::ProcessData step()
+    {
+        return BatchDialogs::step(0, {{"MaterialId", Resist},
+                                      {"Top Mask", QVariant::fromValue(Util::Vector3D())},
+                                      {"Top Mask Height", 1u},
+                                      {"Top Mask Width", 1u},
+                                      {"Bottom Mask", QVariant::fromValue(std::vector<bool>())},
+                                      {"Bottom Mask Height", 0u},
+                                      {"Bottom Mask Width", 0u}});
+    }
+
+private:
+    static std::vector<bool> convert(const Util::Vector3D &) { throw std::bad_alloc(); }
+};
+
+TEST_F(RunProcessesDialogTest, AStepThatThrowsIsPassedOverAndCountsAsDone)
+{
+    reopenWithWafer();
+    put({Throwing::step(), pour(Resist, 5), Throwing::step()});
+    {
+        const Throwing throwing;
+        run(3);
+    }
+    const auto cells = Support::materialsOf(*m_volume);
+    EXPECT_EQ(std::count(cells.begin(), cells.end(), Resist), 20 * 16 * 2);
+    // Nothing is left held: it runs again.
+    put({pour(Gold, 7)});
+    run(1);
+    m_dialog->endRun();
+}
+
+/// Leaves the process that many bytes beyond what it has.
+class ScarceMemory
+{
+public:
+    explicit ScarceMemory(std::uint64_t bytes)
+    {
+        QFile file("/proc/self/statm");
+        if (!file.open(QIODevice::ReadOnly) || getrlimit(RLIMIT_AS, &m_before) != 0)
+            throw std::runtime_error("the memory of the process is not known");
+        const rlim_t pages = file.readAll().split(' ').front().toULongLong();
+        rlimit limit = m_before;
+        limit.rlim_cur = pages * rlim_t(sysconf(_SC_PAGESIZE)) + bytes;
+        if (setrlimit(RLIMIT_AS, &limit) != 0)
+            throw std::runtime_error("the memory of the process cannot be limited");
+    }
+    ~ScarceMemory() { setrlimit(RLIMIT_AS, &m_before); }
+    ScarceMemory(const ScarceMemory &) = delete;
+    ScarceMemory &operator=(const ScarceMemory &) = delete;
+
+    /// Under the sanitizers an allocation that fails ends the program.
+    static bool isPossible()
+    {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        return false;
+#else
+        return true;
+#endif
+    }
+
+private:
+    rlimit m_before{};
+};
+
+TEST_F(RunProcessesDialogTest, AVolumeTooLargeForTheMemoryIsPassedOver)
+{
+    if (!ScarceMemory::isPossible())
+        GTEST_SKIP() << "memory cannot be made scarce here";
+    reopenWithWafer();
+    // In one the materials alone are too many, in the other the cells of the volume.
+    put({substrate(1000, 1000, 400, 4), substrate(1000, 1000, 40, 4), pour(Resist, 5)});
+    {
+        const ScarceMemory scarce(512u << 20);
+        run(3);
+    }
+    EXPECT_EQ(m_driver.volumes().size(), 1u);
+    const auto cells = Support::materialsOf(*m_volume);
+    EXPECT_EQ(std::count(cells.begin(), cells.end(), Resist), 20 * 16 * 2);
+}
+
+TEST_F(RunProcessesDialogTest, AVolumeTooLargeForTheMemoryLeavesTheRestWithoutAVolume)
+{
+    if (!ScarceMemory::isPossible())
+        GTEST_SKIP() << "memory cannot be made scarce here";
+    put({substrate(1000, 1000, 40, 4), pour(Resist, 5)});
+    const ScarceMemory scarce(512u << 20);
+    runInVain();
 }
 
 TEST_F(RunProcessesDialogTest, ALaterSubstrateMovesTheRunToItsVolume)
@@ -866,7 +1035,7 @@ TEST_F(RunProcessesDialogTest, PicturesShowTheirMoments)
     EXPECT_EQ(first.size(), m_driver.view().size());
     EXPECT_NE(first, second);
     EXPECT_EQ(second, m_driver.picture().convertToFormat(second.format()));
-    // Without the last step, the last picture is the first.
+    // There is gold in the second alone.
     const auto gold = [](const QImage &image) {
         int pixels = 0;
         for (int y = 0; y < image.height(); ++y)
@@ -970,6 +1139,25 @@ TEST_F(RunProcessesDialogTest, TheBarMovesWhileTheListRuns)
     waitForEnd();
 }
 
+TEST_F(RunProcessesDialogTest, TheBarIsLookedAfterTwiceASecondDuringARun)
+{
+    reopenWithWafer();
+    put({pour(Resist, 6)});
+    const auto *timer = find<QTimer>(*m_dialog, "progressTimer");
+    EXPECT_EQ(timer->interval(), 500);
+    EXPECT_FALSE(timer->isSingleShot());
+    EXPECT_FALSE(timer->isActive());
+    HeldRun held(*m_volume);
+    clickButton("btnRun");
+    EXPECT_TRUE(timer->isActive());
+    m_dialog->updateProgress();
+    EXPECT_TRUE(timer->isActive());
+    held.release();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !timer->isActive(); }, 60000));
+    EXPECT_EQ(timer->interval(), 500);
+    EXPECT_EQ(bar().value(), 1);
+}
+
 TEST_F(RunProcessesDialogTest, TheViewLivesDuringARun)
 {
     reopenWithWafer();
@@ -1015,10 +1203,18 @@ TEST_F(RunProcessesDialogTest, ADialogThatIsDestroyedDoesNotKeepTheWorkerWaiting
 {
     for (const auto &waiting : {picture(listFile("late.png")), substrate(10, 10, 10, 2)}) {
         reopenWithWafer();
-        put({waiting, pour(Gold, 6)});
-        click(*m_dialog, "btnRun");
-        // Long enough for the worker to ask for this thread, which serves no events.
-        QThread::msleep(100);
+        put({pour(Resist, 5), waiting, pour(Gold, 6)});
+        HeldRun held(*m_volume);
+        clickButton("btnRun");
+        // This thread serves no events any more, and has none to serve until the worker asks for it.
+        QCoreApplication::sendPostedEvents();
+        const uint events = qGlobalPostedEventsCount();
+        held.release();
+        QElapsedTimer patience;
+        patience.start();
+        while (qGlobalPostedEventsCount() == events && patience.elapsed() < 60000)
+            QThread::msleep(1);
+        EXPECT_GT(qGlobalPostedEventsCount(), events);
         m_dialog.reset();
         const auto cells = Support::materialsOf(*m_volume);
         EXPECT_EQ(std::count(cells.begin(), cells.end(), Gold), 0);

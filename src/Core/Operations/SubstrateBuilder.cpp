@@ -44,13 +44,19 @@ SubstrateBuilder::SubstrateBuilder(std::uint32_t material, std::uint32_t totalX,
       m_position(position)
 {}
 
-boost::shared_ptr<TotalVolume> SubstrateBuilder::build()
+void SubstrateBuilder::fill()
 {
     m_ids.assign(m_totalX * m_totalY * m_totalZ, 0);
     if (m_spherical)
         fillSphere();
     else
         fillBox();
+}
+
+boost::shared_ptr<TotalVolume> SubstrateBuilder::build()
+{
+    if (m_ids.empty())
+        fill();
     return boost::make_shared<TotalVolume>(m_totalX, m_totalY, m_totalZ, m_cellSizeX, m_cellSizeY,
                                            m_cellSizeZ, m_position, m_ids);
 }

@@ -30,6 +30,8 @@ public:
                      std::uint32_t totalZ, const Util::Vector3D &position, std::uint32_t centerX,
                      std::uint32_t centerY, std::uint32_t centerZ, std::uint32_t radius);
 
+    /// Fills the cells, on any thread. build() does it where this was not called.
+    void fill();
     /// The new volume, with no surface built.
     boost::shared_ptr<Model::Automaton::TotalVolume> build();
 

@@ -26,6 +26,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <type_traits>
 #include <vector>
 
 namespace Ui {
@@ -40,22 +41,6 @@ constexpr int NotConvertible = 2;
 /// zero, and the result tells; missing ones win.
 class ParameterReader final
 {
-private:
-    template <typename Convert>
-    auto read(const QString &name, const Convert &convert)
-    {
-        const QVariant value = m_step.parameter(name);
-        bool ok = true;
-        if (!value.isValid()) {
-            m_missing = true;
-            return decltype(convert(value, ok)){};
-        }
-        auto converted = convert(value, ok);
-        if (!ok)
-            m_failed = true;
-        return converted;
-    }
-
 public:
     explicit ParameterReader(const ProcessData &step) : m_step(step) {}
 
@@ -97,6 +82,22 @@ public:
     }
 
 private:
+    template <typename Convert>
+    std::invoke_result_t<Convert, const QVariant &, bool &> read(const QString &name,
+                                                                 const Convert &convert)
+    {
+        const QVariant value = m_step.parameter(name);
+        if (!value.isValid()) {
+            m_missing = true;
+            return {};
+        }
+        bool ok = true;
+        auto converted = convert(value, ok);
+        if (!ok)
+            m_failed = true;
+        return converted;
+    }
+
     const ProcessData &m_step;
     bool m_missing = false;
     bool m_failed = false;
@@ -352,11 +353,13 @@ int ProcessRunner::runCreateSubstrate()
     Core::Operations::SubstrateBuilder builder = build();
     if (read.result() != Done)
         return read.result();
-    // The dialog's limits keep volumes countable; a file may hold any numbers.
+    // The dialog takes up to 10000 cells along each axis, a file any number: together more than a
+    // volume can count, or than there is memory for.
     if (!isCountable(totalX, totalY, totalZ))
         return NotConvertible;
-    m_dialog->createVolume(builder);
-    return Done;
+    // Here rather than where the view waits for it.
+    builder.fill();
+    return m_dialog->createVolume(builder) ? Done : NotConvertible;
 }
 
 int ProcessRunner::runPvd()
@@ -383,8 +386,12 @@ int ProcessRunner::runSimpleRie()
     const int directions = read.toInteger(StepParameters::EtchDirectionValue);
     if (read.result() != Done)
         return read.result();
+    // A file may hold any number. Only these bits mean something, and they fit in what the engine
+    // takes.
+    constexpr int Directions = Core::Operations::SimpleReactiveIonEtching::FromTop |
+                               Core::Operations::SimpleReactiveIonEtching::FromBelow;
     Core::Operations::SimpleReactiveIonEtching(m_volume.get(), material, depth,
-                                               static_cast<std::uint8_t>(directions))
+                                               static_cast<std::uint8_t>(directions & Directions))
         .runEtching();
     record(30, Lattice::Untouched);
     return Done;

@@ -28,8 +28,9 @@ public:
                   RunProcessesDialog *dialog, Core::Workspace *workspace);
 
     /// 0 for a step that is done, also one of an unknown type; 1 for one that lacks a parameter, or
-    /// the volume; 2 for one with a parameter that does not convert. In the last two cases nothing
-    /// has changed.
+    /// the volume; 2 for one with a parameter that does not convert, or with a volume that is too
+    /// large. In the last two cases nothing has changed. Throws what the engines throw where the
+    /// memory does not suffice.
     int run();
 
 private:

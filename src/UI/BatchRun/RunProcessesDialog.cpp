@@ -10,26 +10,32 @@
 #include "UI/MainWindow.h"
 #include "ui_RunProcessesBaseDialog.h"
 
+#include <QApplication>
 #include <QColor>
 #include <QCoreApplication>
+#include <QDebug>
 #include <QDir>
 #include <QEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QIcon>
 #include <QMessageBox>
 #include <QMetaObject>
 #include <QPixmap>
+#include <QScopeGuard>
 #include <QSet>
-#include <QSignalBlocker>
 #include <QThread>
 #include <QTreeWidgetItem>
 #include <QtConcurrentRun>
 
 #include <algorithm>
+#include <exception>
 #include <optional>
 #include <utility>
 
 namespace Ui {
+
+using Model::Automaton::TotalVolume;
 
 namespace {
 
@@ -71,6 +77,7 @@ const struct
 
 const QString ListCaption = QStringLiteral("Process List File");
 const QString ListFilter = QStringLiteral("Process List (*.plst)");
+const QString ListSuffix = QStringLiteral(".plst");
 
 std::uint32_t stepId(const QTreeWidgetItem &row)
 {
@@ -104,7 +111,8 @@ RunProcessesDialog::RunProcessesDialog(
       m_form(std::make_unique<RunProcessesBaseDialog>()),
       m_window(window),
       m_volume(volume),
-      m_workspace(workspace)
+      m_workspace(workspace),
+      m_progressTimer(this)
 {
     m_form->setupUi(this);
     for (const auto &choice : Choices)
@@ -114,6 +122,7 @@ RunProcessesDialog::RunProcessesDialog(
         fontMetrics().horizontalAdvance(StepParameters::HorizontalRatio) + ColumnMargin);
     connect(m_form->trwProcesses, &QTreeWidget::itemSelectionChanged, this,
             &RunProcessesDialog::selectionChanged);
+    m_progressTimer.setObjectName(QStringLiteral("progressTimer"));
     m_progressTimer.setInterval(ProgressInterval);
     connect(&m_progressTimer, &QTimer::timeout, this, &RunProcessesDialog::updateProgress);
     rebuildTree();
@@ -143,20 +152,31 @@ void RunProcessesDialog::showTopMask(const std::vector<bool> &bits, std::uint32_
     m_window->repaintCentralWidget();
 }
 
-void RunProcessesDialog::createVolume(Core::Operations::SubstrateBuilder &builder)
+boost::shared_ptr<TotalVolume>
+RunProcessesDialog::createVolume(Core::Operations::SubstrateBuilder &builder)
 {
     if (QThread::currentThread() == thread())
-        addVolume(builder);
-    else
-        QMetaObject::invokeMethod(
-            this, [this, &builder] { addVolume(builder); }, Qt::BlockingQueuedConnection);
+        return addVolume(builder);
+    boost::shared_ptr<TotalVolume> created;
+    QMetaObject::invokeMethod(
+        this, [&] { created = addVolume(builder); }, Qt::BlockingQueuedConnection);
+    return created;
 }
 
-void RunProcessesDialog::addVolume(Core::Operations::SubstrateBuilder &builder)
+boost::shared_ptr<TotalVolume>
+RunProcessesDialog::addVolume(Core::Operations::SubstrateBuilder &builder)
 {
-    m_window->makeViewCurrent();
-    m_volume = builder.build();
-    m_workspace->document().addObject(m_volume);
+    // An exception would pass through the event loop, which ends the program.
+    try {
+        m_window->makeViewCurrent();
+        const boost::shared_ptr<TotalVolume> created = builder.build();
+        m_workspace->document().addObject(created);
+        m_volume = created;
+        return created;
+    } catch (const std::exception &error) {
+        qDebug() << "No volume:" << error.what();
+        return {};
+    }
 }
 
 void RunProcessesDialog::endRun()
@@ -167,7 +187,8 @@ void RunProcessesDialog::endRun()
     while (!m_runLock.tryLock(LockPatience))
         QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     m_runLock.unlock();
-    // What is left of it touches nothing of the dialog, but the future of a run that is over.
+    // The worker has given the lock back, but may not have left its function, which belongs to this
+    // dialog. It has no exception to pass on.
     m_run.waitForFinished();
     m_stopping = false;
 }
@@ -195,7 +216,7 @@ void RunProcessesDialog::on_btnRun_clicked()
 {
     const int count = static_cast<int>(m_processes.size());
     m_form->progressBar->setEnabled(true);
-    m_form->progressBar->setRange(0, count);
+    m_form->progressBar->setRange(0, std::max(count, 1));
     m_form->progressBar->setValue(0);
     if (!m_runLock.tryLock())
         return;
@@ -208,24 +229,34 @@ void RunProcessesDialog::on_btnRun_clicked()
 
 void RunProcessesDialog::runProcesses(const std::vector<ProcessData> &steps)
 {
+    const auto unlock = qScopeGuard([this] { m_runLock.unlock(); });
     m_progress = 0;
     for (const ProcessData &step : steps) {
         if (m_stopping)
             break;
         if (!m_volume && step.processType() != ProcessData::CreateSubstrate)
             break;
-        // A step that fails is passed over, and counts as done.
-        ProcessRunner(&step, m_volume, this, m_workspace).run();
+        // A step that fails is passed over, and counts as done. So does one that finds no memory.
+        try {
+            ProcessRunner(&step, m_volume, this, m_workspace).run();
+        } catch (const std::exception &error) {
+            qDebug() << "Step failed:" << processTypeName(step.processType()) << error.what();
+        }
         ++m_progress;
     }
-    m_runLock.unlock();
+}
+
+void RunProcessesDialog::showProgress()
+{
+    // The list may have changed since Run, and a second click on Run has set the range by it.
+    // A range of no steps would make the bar a busy one.
+    m_form->progressBar->setRange(0, std::max(m_processCount, 1));
+    m_form->progressBar->setValue(static_cast<int>(m_progress));
 }
 
 void RunProcessesDialog::updateProgress()
 {
-    // The list may have changed since Run, and a second click on Run has set the range by it.
-    m_form->progressBar->setRange(0, m_processCount);
-    m_form->progressBar->setValue(static_cast<int>(m_progress));
+    showProgress();
     if (!m_runLock.tryLock()) {
         m_progressTimer.start();
         return;
@@ -243,12 +274,10 @@ void RunProcessesDialog::updateProgress()
                 QMessageBox::Ok);
         m_progress = 0;
     }
-    // A range of no steps would keep the bar busy.
-    m_form->progressBar->setRange(0, std::max(m_processCount, 1));
-    m_form->progressBar->setValue(static_cast<int>(m_progress));
+    showProgress();
     m_runLock.unlock();
     if (m_windowLeaving)
-        reject();
+        leave();
 }
 
 void RunProcessesDialog::updateGeometry(const QString &filename)
@@ -264,7 +293,11 @@ void RunProcessesDialog::rebuildSurfaces()
     if (!m_volume)
         return;
     m_window->makeViewCurrent();
-    m_volume->painter().rebuild();
+    try {
+        m_volume->painter().rebuild();
+    } catch (const std::exception &error) {
+        qDebug() << "No surfaces:" << error.what();
+    }
 }
 
 void RunProcessesDialog::on_btnRemoveProcess_clicked()
@@ -323,10 +356,29 @@ int RunProcessesDialog::firstSelected() const
     return -1;
 }
 
-void RunProcessesDialog::on_btnSaveList_clicked()
+QString RunProcessesDialog::askForListName()
 {
     const QString name =
         QFileDialog::getSaveFileName(this, ListCaption, QDir::homePath(), ListFilter);
+    // A file of exactly that name is one that the user agreed to replace.
+    if (name.isEmpty() || QFileInfo(name).fileName().contains(QLatin1Char('.')) ||
+        QFileInfo::exists(name))
+        return name;
+    // The dialog has not seen this name, so it has not asked.
+    const QString whole = name + ListSuffix;
+    if (!QFileInfo::exists(whole))
+        return whole;
+    const auto answer =
+        QMessageBox::warning(this, ListCaption,
+                             QStringLiteral("%1 already exists.\nDo you want to replace it?")
+                                 .arg(QFileInfo(whole).fileName()),
+                             QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    return answer == QMessageBox::Yes ? whole : QString();
+}
+
+void RunProcessesDialog::on_btnSaveList_clicked()
+{
+    const QString name = askForListName();
     if (name.isEmpty())
         return;
     ProcessListArchiver(m_processes).saveProcessList(name);
@@ -411,8 +463,22 @@ bool RunProcessesDialog::eventFilter(QObject *watched, QEvent *event)
     event->ignore();
     m_windowLeaving = true;
     m_stopping = true;
-    reject();
+    leave();
     return true;
+}
+
+void RunProcessesDialog::leave()
+{
+    const QWidget *last = nullptr;
+    for (QWidget *top = QApplication::activeModalWidget(); top && top != this && top != last;
+         top = QApplication::activeModalWidget()) {
+        last = top;
+        if (auto *dialog = qobject_cast<QDialog *>(top))
+            dialog->reject();
+        else
+            top->close();
+    }
+    reject();
 }
 
 } // namespace Ui

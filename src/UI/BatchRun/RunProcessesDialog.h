@@ -34,7 +34,7 @@ class RunProcessesBaseDialog;
 /// Composes a list of process steps and runs it on a cell volume, on a worker thread. While a run is
 /// under way the dialog stays open, and the list may be changed: the worker has a copy of its own.
 ///
-/// All functions but createVolume() and updateGeometry() are called on the thread of the dialog.
+/// All functions but createVolume() are called on the thread of the dialog.
 class RunProcessesDialog final : public QDialog, public Operations::MaskReceiver
 {
     Q_OBJECT
@@ -54,9 +54,11 @@ public:
     void showTopMask(const std::vector<bool> &bits, std::uint32_t width,
                      std::uint32_t height) override;
 
-    /// Builds a volume, which the dialog and the document have from then on. Volumes come to life
-    /// with an OpenGL context, so a worker that calls this waits for the dialog's thread.
-    void createVolume(Core::Operations::SubstrateBuilder &builder);
+    /// Builds a volume, which the dialog and the document have from then on. Empty if there is no
+    /// memory for it; then nothing has changed. Volumes come to life with an OpenGL context, so a
+    /// worker that calls this waits for the dialog's thread.
+    boost::shared_ptr<Model::Automaton::TotalVolume>
+    createVolume(Core::Operations::SubstrateBuilder &builder);
 
     /// Returns when no run is under way: a worker finishes the step that it is at, with the picture
     /// or the volume that it waits for, and leaves the rest of its list.
@@ -73,6 +75,7 @@ public Q_SLOTS:
     void on_btnRemoveProcess_clicked();
     void on_btnMoveUp_clicked();
     void on_btnMoveDown_clicked();
+    /// A name without a suffix gets that of process lists.
     void on_btnSaveList_clicked();
     void on_btnLoadList_clicked();
     /// Only steps stay selected, not their parameters.
@@ -92,14 +95,21 @@ protected:
 private:
     /// On the worker thread.
     void runProcesses(const std::vector<ProcessData> &steps);
-    /// On the dialog's thread, while a worker waits.
-    void addVolume(Core::Operations::SubstrateBuilder &builder);
+    /// On the dialog's thread, while a worker waits. Lets no exception out.
+    boost::shared_ptr<Model::Automaton::TotalVolume>
+    addVolume(Core::Operations::SubstrateBuilder &builder);
+    void showProgress();
+    /// Closes what is open over this dialog, and this dialog if nothing runs.
+    void leave();
+    /// The name that the user wants the list saved by; null with none.
+    QString askForListName();
     void rebuildTree();
     void moveSelected(int offset);
     /// The index in the list of the first selected step, from the top; -1 with none.
     int firstSelected() const;
     /// Layers of cells that a step at the end of the list can count on.
     std::uint32_t heightForNextStep() const;
+    /// Lets no exception out: surfaces that there is no memory for are missing.
     void rebuildSurfaces();
 
     std::unique_ptr<RunProcessesBaseDialog> m_form;

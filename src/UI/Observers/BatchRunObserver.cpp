@@ -7,9 +7,12 @@
 #include "UI/MainWindow.h"
 #include "UI/ModalDialog.h"
 
+#include <QDebug>
 #include <QMetaObject>
 
 #include <boost/pointer_cast.hpp>
+
+#include <exception>
 
 namespace Ui::Observers {
 
@@ -34,7 +37,12 @@ void BatchRunObserver::update()
                 boost::dynamic_pointer_cast<Model::Automaton::TotalVolume>(object)) {
             volume->clearTopMask();
             volume->clearBottomMask();
-            volume->painter().rebuild();
+            // A list may have made a volume that leaves no memory for its surfaces.
+            try {
+                volume->painter().rebuild();
+            } catch (const std::exception &error) {
+                qDebug() << "No surfaces:" << error.what();
+            }
         }
     }
     // Queued: the window is deleted as it closes, and the operation has yet to end.
