@@ -18,6 +18,7 @@
 #include "Support/WindowDriver.h"
 #include "UI/BatchDialogs.h"
 #include "UI/GLWidget.h"
+#include "UI/MainWindow.h"
 #include "UI/MaskFiles.h"
 #include "UI/Operations/MaskImage.h"
 
@@ -27,6 +28,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <vector>
 
@@ -105,10 +107,14 @@ protected:
             {"Moore Etching", film("PDMS").type("sbxValue", "1").accept()},
             {"Planarization",
              DialogAnswer().type("sbxMaximumHeight", "24").type("sbxMinimumHeight", "2").accept()},
+            // Once more, to see that each picture is that of its place in the list.
+            {"Save Image", DialogAnswer().fileName(listFile("planar.png")).accept()},
         };
     }
-    /// The same by the engines themselves, one after the other.
-    static std::vector<std::uint32_t> byEngines()
+    /// The same by the engines themselves, one after the other; `opened` is called where the list
+    /// has its first picture.
+    static std::vector<std::uint32_t> byEngines(
+        const std::function<void(const boost::shared_ptr<Model::Automaton::TotalVolume> &)> &opened)
     {
         using namespace Core::Operations;
         const auto volume = Support::makeVolume(
@@ -121,6 +127,7 @@ protected:
         SpinCoating(cells, Resist, 22).runDeposition();
         Photolithography(cells, Resist, {}, 0, 0, mask.bits(), mask.width(), mask.height())
             .runDevelopment();
+        opened(volume);
         SimpleReactiveIonEtching(cells, Oxide, 9, SimpleReactiveIonEtching::FromTop).runEtching();
         IsotropicFilmEtching(cells, Resist, 12.0f).runEtching();
         cells->rebuildSiLattice();
@@ -168,7 +175,7 @@ TEST_F(BatchRunRoadTest, AListOfAllSixteenStepsRunsInANewProgramAsItsEnginesDo)
             .look([&](QWidget &dialog) {
                 BatchDialogs::tree(dialog).topLevelItem(0)->setExpanded(true);
                 shoot(driver, "sixteen.png");
-                EXPECT_EQ(BatchDialogs::steps(dialog).size(), 16);
+                EXPECT_EQ(BatchDialogs::steps(dialog).size(), 17);
             })
             .click("btnClose");
         nested.push_back(DialogAnswer().fileName(listFile("sixteen.plst")).accept());
@@ -186,10 +193,10 @@ TEST_F(BatchRunRoadTest, AListOfAllSixteenStepsRunsInANewProgramAsItsEnginesDo)
         EXPECT_TRUE(QTest::qWaitFor(
             [&] {
                 shown.insert(bar(dialog).value());
-                return bar(dialog).value() == 16;
+                return bar(dialog).value() == 17;
             },
             90000));
-        EXPECT_EQ(bar(dialog).maximum(), 16);
+        EXPECT_EQ(bar(dialog).maximum(), 17);
         shoot(driver, "finished.png");
         EXPECT_TRUE(QTest::qWaitFor(
             [&] {
@@ -204,10 +211,22 @@ TEST_F(BatchRunRoadTest, AListOfAllSixteenStepsRunsInANewProgramAsItsEnginesDo)
               (QStringList{"Create Substrate", "Si Oxidation", "Spin Coating", "Photolithography",
                            "Save Image", "Simple RIE", "Isotropic etching", "Si wet etching",
                            "Doping", "Ion Implantation", "PVD", "Electroplating", "CVD",
-                           "Moore deposition", "Moore etching", "Planarization"}));
+                           "Moore deposition", "Moore etching", "Planarization", "Save Image"}));
     EXPECT_EQ(*shown.begin(), 0);
     ASSERT_EQ(driver.volumes().size(), 1u);
-    EXPECT_TRUE(driver.materials() == byEngines());
+    const QImage planar(listFile("planar.png"));
+    EXPECT_EQ(planar, driver.picture().convertToFormat(planar.format()));
+    // A window of its own shows what the engines had made by the first picture.
+    const QImage opened(listFile("opened.png"));
+    Support::WindowDriver other;
+    EXPECT_TRUE(driver.materials() == byEngines([&](const auto &volume) {
+                    other.workspace().document().addObject(volume);
+                    other.window().makeViewCurrent();
+                    volume->painter().rebuild();
+                    other.window().repaintCentralWidget();
+                    EXPECT_EQ(opened, other.picture().convertToFormat(opened.format()));
+                }));
+    EXPECT_NE(opened, planar);
     // All materials of the list had their part.
     const auto cells = driver.materials();
     const std::set<std::uint32_t> present(cells.begin(), cells.end());
@@ -216,7 +235,6 @@ TEST_F(BatchRunRoadTest, AListOfAllSixteenStepsRunsInANewProgramAsItsEnginesDo)
         EXPECT_TRUE(present.count(material)) << material;
     EXPECT_FALSE(present.count(Chromium));
     // The picture is that of the fifth step: resist with an opening.
-    const QImage opened(listFile("opened.png"));
     EXPECT_EQ(opened.size(), driver.view().size());
     int resist = 0;
     for (int y = 0; y < opened.height(); ++y)

@@ -1,9 +1,16 @@
+#include "ExampleLists.h"
+
 #include "Core/Workspace.h"
 #include "Model/Automaton/TotalVolume.h"
 #include "Support/Volumes.h"
 #include "Support/WindowDriver.h"
 #include "UI/BatchDialogs.h"
 #include "UI/GLWidget.h"
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QStringList>
 
 #include <gtest/gtest.h>
 
@@ -91,6 +98,26 @@ protected:
     std::vector<std::uint32_t> m_cells;
     Support::Grid m_grid;
 };
+
+TEST_F(ExampleListsTest, TheFilesAreWhatTheirSourceWrites)
+{
+    const auto contents = [](const QString &name) {
+        QFile file(name);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+        return file.readAll();
+    };
+    const QDir folder(QStringLiteral(LITHARA_EXAMPLE_LISTS));
+    QStringList names;
+    for (const ExampleList &list : exampleLists()) {
+        BatchDialogs::save(list.steps, list.fileName);
+        EXPECT_EQ(contents(folder.filePath(list.fileName)),
+                  contents(BatchDialogs::listFile(list.fileName)))
+            << list.fileName;
+        names << list.fileName;
+    }
+    names.sort();
+    EXPECT_EQ(folder.entryList({"*.plst"}, QDir::Files, QDir::Name), names);
+}
 
 TEST_F(ExampleListsTest, TheMembraneHangsOverAPitWithLeaningWalls)
 {

@@ -2,9 +2,8 @@
 
 #include "Core/Operations/AnisotropicFilmDeposition/AnisotropicFilmDeposition.h"
 #include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtching.h"
-#include "Model/Materials/MaterialFactory.h"
+#include "UI/BatchRun/MaterialParameter.h"
 #include "UI/BatchRun/StepParameters.h"
-#include "UI/MaterialColor.h"
 #include "UI/ModalDialog.h"
 #include "UI/Operations/AnisotropicDepositionDialog.h"
 #include "UI/Operations/BCAEtchingDialog.h"
@@ -22,7 +21,6 @@
 #include "UI/Operations/SimpleRIEDialog.h"
 #include "UI/Operations/SpinCoatingOptionsDialog.h"
 
-#include <QColor>
 #include <QDir>
 #include <QFileDialog>
 #include <QStringList>
@@ -43,23 +41,9 @@ void setUnsigned(ProcessData &step, const QString &name, std::uint32_t value,
     step.setParameter(name, QVariant::fromValue(value), visible);
 }
 
-/// The id for the run, the name and the colour for the tree: both stay as they are now, whatever
-/// becomes of the material.
-void setMaterial(ProcessData &step, const QString &idName, const QString &name, std::uint32_t id,
-                 bool idVisible = Hidden)
-{
-    const Model::Materials::Material material =
-        Model::Materials::MaterialFactory::instance()->material(id);
-    QColor color = colorOf(material.color());
-    color.setAlpha(255);
-    setUnsigned(step, idName, id, idVisible);
-    step.setParameter(name, material.name(), Visible);
-    step.setParameter(name + StepParameters::ColorSuffix, color, Hidden);
-}
-
 void setFilm(ProcessData &step, std::uint32_t id)
 {
-    setMaterial(step, StepParameters::MaterialId, StepParameters::Material, id);
+    setMaterialParameter(step, StepParameters::MaterialId, StepParameters::Material, id);
 }
 
 } // namespace
@@ -203,10 +187,10 @@ std::optional<ProcessData> StepComposer::composeElectroplating() const
         return std::nullopt;
     ProcessData step(ProcessData::Electroplating);
     step.setParameter(StepParameters::FilmThickness, dialog->thickness(), Visible);
-    setMaterial(step, StepParameters::ConductingMaterialId, StepParameters::ConductingMaterial,
-                dialog->conductingMaterial());
-    setMaterial(step, StepParameters::DepositedMaterialId, StepParameters::DepositedMaterial,
-                dialog->material());
+    setMaterialParameter(step, StepParameters::ConductingMaterialId,
+                         StepParameters::ConductingMaterial, dialog->conductingMaterial());
+    setMaterialParameter(step, StepParameters::DepositedMaterialId,
+                         StepParameters::DepositedMaterial, dialog->material());
     return step;
 }
 
@@ -217,8 +201,8 @@ std::optional<ProcessData> StepComposer::composeDoping() const
         return std::nullopt;
     ProcessData step(ProcessData::Doping);
     step.setParameter(StepParameters::DopingDepth, static_cast<float>(dialog->depth()), Visible);
-    setMaterial(step, StepParameters::DopedMaterialId, StepParameters::DopedMaterial,
-                dialog->material(), Visible);
+    setMaterialParameter(step, StepParameters::DopedMaterialId, StepParameters::DopedMaterial,
+                         dialog->material(), Visible);
     return step;
 }
 
@@ -332,8 +316,8 @@ std::optional<ProcessData> StepComposer::composeIonImplantation() const
                       static_cast<float>(dialog->annealingDistance()), Visible);
     step.setParameter(StepParameters::ImplantationDepth,
                       static_cast<float>(dialog->implantationDepth()), Visible);
-    setMaterial(step, StepParameters::DopedMaterialId, StepParameters::DopedMaterial,
-                dialog->material(), Visible);
+    setMaterialParameter(step, StepParameters::DopedMaterialId, StepParameters::DopedMaterial,
+                         dialog->material(), Visible);
     return step;
 }
 
