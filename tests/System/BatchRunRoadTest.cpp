@@ -264,7 +264,8 @@ TEST_F(BatchRunRoadTest, ALongListMovesTheBarWhileTheViewTurns)
             [&] {
                 driver.view().setView(-90, 0, 10.0 * ++turns);
                 const int value = bar(dialog).value();
-                if (value > 0 && value < 13 && !shown.count(value))
+                // Once, in the middle.
+                if (value >= 4 && value < 13 && *shown.rbegin() < 4)
                     shoot(driver, "running.png");
                 shown.insert(value);
                 return value == 13;
