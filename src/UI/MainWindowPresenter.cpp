@@ -1,6 +1,12 @@
 #include "UI/MainWindowPresenter.h"
 
+#include "Model/Automaton/TotalVolume.h"
+#include "Model/Materials/MaterialFactory.h"
+#include "Model/Process/ProcessFactory.h"
+#include "UI/EditCompatibleMaterialsDialog.h"
 #include "UI/MainWindow.h"
+#include "UI/ManageMaterialsDialog.h"
+#include "UI/ModalDialog.h"
 #include "UI/Observers/UndoRedoObserver.h"
 #include "UI/Observers/UpdateObserver.h"
 #include "UI/OperationFactory.h"
@@ -9,6 +15,7 @@
 #include <QScreen>
 
 #include <boost/make_shared.hpp>
+#include <boost/pointer_cast.hpp>
 
 namespace Ui {
 
@@ -98,12 +105,29 @@ void MainWindowPresenter::newDocument()
 
 void MainWindowPresenter::manageMaterials()
 {
-    m_workspace.interpreter().writeMessage("Manage Materials: not available yet.");
+    ManageMaterialsDialog dialog(m_mainWindow);
+    if (!runModally(dialog))
+        return;
+    const auto registry = Model::Materials::MaterialFactory::instance();
+    for (const Model::Materials::Material &material : dialog.materials())
+        registry->updateMaterial(material);
+    selection().clear();
+    // Colours are part of the pictures, and a new alpha changes which faces there are.
+    for (const auto &object : document().objects())
+        if (const auto volume = boost::dynamic_pointer_cast<Model::Automaton::TotalVolume>(object))
+            volume->painter().rebuild();
+    Util::notify(m_workspace.updateObservers());
 }
 
 void MainWindowPresenter::manageCompatibleMaterials()
 {
-    m_workspace.interpreter().writeMessage("Manage Compatible Materials: not available yet.");
+    EditCompatibleMaterialsDialog dialog(m_mainWindow);
+    if (!runModally(dialog))
+        return;
+    const auto registry = Model::Process::ProcessFactory::instance();
+    for (const Model::Process::Process &process : dialog.processes())
+        registry->updateProcess(process);
+    registry->saveProcesses();
 }
 
 void MainWindowPresenter::undoStackChanged()

@@ -37,7 +37,9 @@ public:
     void registerUpdateObserver();
     /// Erases everything, after a question.
     void newDocument();
+    /// Has the user edit the materials of the registry, in memory only; the pictures follow.
     void manageMaterials();
+    /// Has the user edit which materials processes accept, and saves that.
     void manageCompatibleMaterials();
 
 public Q_SLOTS:
