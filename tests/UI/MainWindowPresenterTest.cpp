@@ -4,13 +4,19 @@
 #include "Core/Operations/ObjectOperation.h"
 #include "Core/Workspace.h"
 #include "Model/Automaton/TotalVolume.h"
+#include "Model/Materials/MaterialFactory.h"
+#include "Model/Process/ProcessFactory.h"
 #include "Support/Volumes.h"
 #include "UI/MainWindow.h"
 
 #include <QAction>
+#include <QDir>
+#include <QFile>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QScreen>
+#include <QTableView>
 
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
@@ -314,6 +320,123 @@ TEST_F(MainWindowPresenterTest, NewForgetsEveryWaitAndCancelsBeforeItErases)
     m_driver.click(QPoint(5, 5));
     m_driver.press(Qt::Key_Return);
     EXPECT_EQ(operation->nextCalls, 2);
+}
+
+/// The registries as they were, whatever a test accepts.
+class Registries final
+{
+public:
+    ~Registries()
+    {
+        Model::Materials::MaterialFactory::instance()->loadDefaultMaterials();
+        Model::Process::ProcessFactory::instance()->loadDefaultProcesses();
+        Model::Process::ProcessFactory::instance()->saveProcesses();
+    }
+};
+
+/// Sets a cell of the table of materials.
+DialogAnswer setCell(int row, int column, const QVariant &value)
+{
+    return DialogAnswer().look([=](QWidget &dialog) {
+        QAbstractItemModel *model = dialog.findChild<QTableView *>("tblMaterials")->model();
+        EXPECT_TRUE(model->setData(model->index(row, column), value));
+    });
+}
+
+TEST_F(MainWindowPresenterTest, AcceptedMaterialsReachTheRegistryButNotTheFile)
+{
+    const Registries registries;
+    const auto registry = Model::Materials::MaterialFactory::instance();
+    QFile file(QDir::home().filePath("Lithara/materials.xml"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray before = file.readAll();
+    file.close();
+    m_driver.trigger("actionManage_Materials",
+                     {setCell(3, 1, "Copper").click("btnAddMaterial").accept()});
+    EXPECT_EQ(registry->material(5).name(), "Copper");
+    EXPECT_EQ(registry->material(17).name(), "New Material");
+    EXPECT_EQ(registry->materials().size(), 16u);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), before);
+}
+
+TEST_F(MainWindowPresenterTest, RejectedMaterialsChangeNothing)
+{
+    const Registries registries;
+    createSubstrate();
+    m_workspace.selection().setSelectionMode(true);
+    m_driver.click(m_driver.viewCenter() + QPoint(30, -30));
+    m_driver.trigger("actionManage_Materials",
+                     {setCell(0, 1, "Silicon").click("btnAddMaterial").reject()});
+    const auto registry = Model::Materials::MaterialFactory::instance();
+    EXPECT_EQ(registry->material(1).name(), "Si");
+    EXPECT_EQ(registry->material(17).id(), 0u);
+    EXPECT_EQ(m_workspace.pointer().selectedObjects().size(), 1u);
+    m_workspace.selection().setSelectionMode(false);
+}
+
+TEST_F(MainWindowPresenterTest, AcceptedMaterialsClearTheSelectionAndShowTheirColours)
+{
+    const Registries registries;
+    createSubstrate();
+    // Without light, faces have the very colours of their materials.
+    m_driver.trigger("actionLighting");
+    const QPoint onTheWafer = m_driver.viewCenter() + QPoint(30, -30);
+    m_workspace.selection().setSelectionMode(true);
+    m_driver.click(onTheWafer);
+    ASSERT_EQ(m_workspace.pointer().selectedObjects().size(), 1u);
+    m_driver.trigger("actionManage_Materials", {setCell(0, 2, QColor(200, 40, 60)).accept()});
+    EXPECT_TRUE(m_workspace.pointer().selectedObjects().empty());
+    EXPECT_EQ(m_driver.picture().pixelColor(onTheWafer), QColor(200, 40, 60));
+    EXPECT_EQ(m_driver.volumes().front()->painter().transparentFaces().size(), 0u);
+    // What has become transparent moves to the faces that are blended.
+    m_driver.trigger("actionManage_Materials", {setCell(0, 2, QColor(200, 40, 60, 128)).accept()});
+    EXPECT_EQ(m_driver.volumes().front()->painter().opaqueFaces().size(), 0u);
+    EXPECT_GT(m_driver.volumes().front()->painter().transparentFaces().size(), 0u);
+    m_workspace.selection().setSelectionMode(false);
+}
+
+TEST_F(MainWindowPresenterTest, ManagingMaterialsLeavesTheRunningOperationAlone)
+{
+    const Registries registries;
+    useListeners();
+    m_driver.trigger("actionMove");
+    m_driver.trigger("actionManage_Materials", {DialogAnswer().accept()});
+    m_driver.trigger("actionManage_Compatible_Materials", {DialogAnswer().accept()});
+    EXPECT_EQ(m_workspace.currentOperation(), m_factory->listener);
+    EXPECT_EQ(m_factory->listener->cancelCalls, 0);
+}
+
+/// Takes everything out of the list of the first process.
+DialogAnswer emptyFirstProcess()
+{
+    return DialogAnswer()
+        .look(
+            [](QWidget &dialog) { dialog.findChild<QListWidget *>("lstCompatible")->selectAll(); })
+        .click("btnRemove");
+}
+
+TEST_F(MainWindowPresenterTest, AcceptedCompatibilitiesReachTheRegistryAndTheFile)
+{
+    const Registries registries;
+    const auto registry = Model::Process::ProcessFactory::instance();
+    m_driver.trigger("actionManage_Compatible_Materials", {emptyFirstProcess().accept()});
+    EXPECT_TRUE(registry->process(1).compatibleMaterialIds().empty());
+    EXPECT_EQ(registry->process(2).compatibleMaterialIds(), std::vector<std::uint32_t>{1});
+    registry->loadDefaultProcesses();
+    ASSERT_TRUE(registry->loadProcesses());
+    EXPECT_TRUE(registry->process(1).compatibleMaterialIds().empty());
+    EXPECT_EQ(registry->processes().size(), 14u);
+}
+
+TEST_F(MainWindowPresenterTest, RejectedCompatibilitiesChangeNeitherRegistryNorFile)
+{
+    const Registries registries;
+    const auto registry = Model::Process::ProcessFactory::instance();
+    m_driver.trigger("actionManage_Compatible_Materials", {emptyFirstProcess().reject()});
+    EXPECT_EQ(registry->process(1).compatibleMaterialIds(), std::vector<std::uint32_t>{1});
+    ASSERT_TRUE(registry->loadProcesses());
+    EXPECT_EQ(registry->process(1).compatibleMaterialIds(), std::vector<std::uint32_t>{1});
 }
 
 } // namespace
