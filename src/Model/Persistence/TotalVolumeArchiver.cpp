@@ -1,5 +1,6 @@
 #include "Model/Persistence/TotalVolumeArchiver.h"
 
+#include "Model/Automaton/CellCount.h"
 #include "Model/Automaton/TotalVolume.h"
 #include "Model/Automaton/Voxel.h"
 #include "Model/Persistence/StartElement.h"
@@ -20,10 +21,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <limits>
 #include <vector>
-
-#include <unistd.h>
 
 namespace Model::Persistence {
 
@@ -257,16 +255,6 @@ double coordinate(const QXmlStreamAttributes &attributes, const char *name)
     return ok && std::isfinite(value) ? static_cast<double>(value) : 0.0;
 }
 
-bool fitsIntoMemory(std::uint32_t cells)
-{
-    const long pages = sysconf(_SC_PHYS_PAGES);
-    const long pageSize = sysconf(_SC_PAGESIZE);
-    if (pages <= 0 || pageSize <= 0)
-        return true;
-    const std::uint64_t bytes = cells * std::uint64_t{2 * sizeof(Voxel) + sizeof(std::uint32_t)};
-    return bytes <= static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize);
-}
-
 void writeNumber(QXmlStreamWriter &writer, const char *name, std::uint32_t value)
 {
     writer.writeAttribute(QLatin1String(name), QString::number(value));
@@ -326,12 +314,10 @@ boost::shared_ptr<Object> TotalVolumeArchiver::load()
                                 cellSize(attributes, "cellsize-z")};
     // The number of cells has 32 bits. Sizes that need more would promise cells that are not there
     // to whoever walks the volume.
-    const std::uint64_t layer = std::uint64_t{sizes[0]} * sizes[1];
-    constexpr std::uint64_t MostCells = std::numeric_limits<std::uint32_t>::max();
-    if (sizes[2] != 0 && layer > MostCells / sizes[2])
+    if (!Automaton::countCells(sizes[0], sizes[1], sizes[2]))
         std::fill(sizes, sizes + 3, 0u);
     const std::uint32_t count = sizes[0] * sizes[1] * sizes[2];
-    if (!fitsIntoMemory(count))
+    if (!Automaton::fitIntoMemory(count))
         return {};
 
     std::vector<std::uint32_t> ids(count, 0);
