@@ -46,7 +46,7 @@ bool ProcessSequence::selectVolume(Candidates candidates)
 {
     if (takeSelectedVolume(candidates))
         return true;
-    write(": Select a cell volume and press Enter/Return.");
+    write(m_messages.request);
     m_workspace->interpreter().awaitEnter(m_operation);
     m_workspace->selection().setSelectionMode(true);
     return false;

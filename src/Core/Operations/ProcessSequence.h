@@ -24,6 +24,7 @@ struct ProcessMessages
 {
     const char *selected = ": Cell volume selected.";
     const char *canceled = ": Operation canceled.";
+    const char *request = ": Select a cell volume and press Enter/Return.";
 };
 
 /// What the process operations share: a cell volume is selected first, then a dialog asks for the

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Operations/ObjectOperation.h"
+#include "Core/Operations/ProcessSequence.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -52,11 +53,12 @@ private:
         Done = 2
     };
 
-    void leave(const char *message);
+    boost::shared_ptr<Model::Automaton::TotalVolume> makeResult();
+    void write(const char *message);
 
     std::uint32_t m_state = Selecting;
     Workspace *m_workspace;
-    boost::shared_ptr<Model::Automaton::TotalVolume> m_volume;
+    ProcessSequence m_sequence;
     boost::shared_ptr<Model::Automaton::TotalVolume> m_result;
     boost::shared_ptr<Util::IObserver> m_observer;
     std::uint32_t m_film = 0;

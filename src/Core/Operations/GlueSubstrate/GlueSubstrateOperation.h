@@ -2,6 +2,7 @@
 
 #include "Core/Operations/GlueSubstrate/GlueSubstrate.h"
 #include "Core/Operations/ObjectOperation.h"
+#include "Core/Operations/ProcessSequence.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -62,11 +63,10 @@ private:
         Done = 3
     };
 
-    boost::shared_ptr<Model::Automaton::TotalVolume> takeSelectedVolume();
-    void awaitVolume(const char *request);
     void takeBase();
     void takeTop();
-    void leave(const char *message);
+    boost::shared_ptr<Model::Automaton::TotalVolume> makeResult() const;
+    void write(const char *message);
 
     std::uint32_t m_state = ChoosingBase;
     GlueMeasures m_measures;
@@ -75,8 +75,8 @@ private:
     float m_cellSizeY = 0.0f;
     float m_cellSizeZ = 0.0f;
     Workspace *m_workspace;
-    boost::shared_ptr<Model::Automaton::TotalVolume> m_base;
-    boost::shared_ptr<Model::Automaton::TotalVolume> m_top;
+    ProcessSequence m_base;
+    ProcessSequence m_top;
     boost::shared_ptr<Model::Automaton::TotalVolume> m_result;
     boost::shared_ptr<Util::IObserver> m_observer;
 };
