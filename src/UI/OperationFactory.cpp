@@ -8,6 +8,8 @@
 #include "Core/Operations/Document/SaveDocumentAsOperation.h"
 #include "Core/Operations/Document/SaveDocumentOperation.h"
 #include "Core/Operations/Electrodeposition/ElectrodepositionOperation.h"
+#include "Core/Operations/ExtractFilm/ExtractFilm.h"
+#include "Core/Operations/GlueSubstrate/GlueSubstrateOperation.h"
 #include "Core/Operations/IonImplantation/IonImplantationOperation.h"
 #include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDepositionOperation.h"
 #include "Core/Operations/IsotropicFilmEtching/IsotropicFilmEtchingOperation.h"
@@ -38,6 +40,8 @@
 #include "UI/Observers/DocumentSavedObserver.h"
 #include "UI/Observers/DopingOptionsObserver.h"
 #include "UI/Observers/ElectrodepositionObserver.h"
+#include "UI/Observers/ExtractFilmObserver.h"
+#include "UI/Observers/GlueSubstrateObserver.h"
 #include "UI/Observers/IonImplantationOptionsObserver.h"
 #include "UI/Observers/IsotropicFilmDepositionObserver.h"
 #include "UI/Observers/IsotropicFilmEtchingObserver.h"
@@ -101,6 +105,8 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
                             Observers::ChangeTotalVolumeViewOptionsObserver>(*m_presenter);
     case 7:
         return boost::make_shared<MoveObject>(workspace);
+    case 8:
+        return makeObserved<ExtractFilm, Observers::ExtractFilmObserver>(*m_presenter);
     case 9:
         return makeSaving<SaveDocumentOperation>(*m_presenter);
     case 10:
@@ -108,6 +114,8 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
     case 11:
         OpenDocumentOperation::setObserver(boost::make_shared<Observers::DocumentOpenedObserver>());
         return boost::make_shared<OpenDocumentOperation>(workspace);
+    case 12:
+        return makeObserved<GlueSubstrateOperation, Observers::GlueSubstrateObserver>(*m_presenter);
     case 13:
         return makeObserved<IsotropicFilmDepositionOperation,
                             Observers::IsotropicFilmDepositionObserver>(*m_presenter);
