@@ -10,6 +10,8 @@
 #include "UI/Observers/CutCellVolumeObserver.h"
 #include "UI/Observers/DopingOptionsObserver.h"
 #include "UI/Observers/ElectrodepositionObserver.h"
+#include "UI/Observers/ExtractFilmObserver.h"
+#include "UI/Observers/GlueSubstrateObserver.h"
 #include "UI/Observers/IonImplantationOptionsObserver.h"
 #include "UI/Observers/MooreDepositionObserver.h"
 #include "UI/Observers/MooreEtchingObserver.h"
@@ -70,7 +72,9 @@ std::vector<Served> allServed(Support::WindowDriver &driver)
         serve<CCAWetEtchingObserver>("actionContinuous_Wet_Etching", driver, "Wet Etching Options"),
         serve<CutCellVolumeObserver>("actionCut_Cell_Volume", driver, "Cut Cell Volume"),
         serve<ChangeTotalVolumeViewOptionsObserver>("actionChange_Viewing_Options", driver,
-                                                    "Change Volume Visualization Options")};
+                                                    "Change Volume Visualization Options"),
+        serve<ExtractFilmObserver>("actionExtract_Film", driver, "Extract Film"),
+        serve<GlueSubstrateObserver>("actionGlue_Substrate", driver, "Glue Substrate")};
 }
 
 /// Those that ask for their values also while their operation waits for a volume. There is nothing
@@ -148,7 +152,8 @@ TEST(ProcessObserversTest, ARejectedDialogLeavesTheOperationCurrentOrCancelsIt)
                                   "actionSi_Oxidation",
                                   "actionChange_Viewing_Options",
                                   "actionBCA_Wet_Etching",
-                                  "actionContinuous_Wet_Etching"};
+                                  "actionContinuous_Wet_Etching",
+                                  "actionGlue_Substrate"};
         EXPECT_EQ(driver.workspace().currentOperation() != nullptr, staying.contains(served.action))
             << served.action;
     }
@@ -161,19 +166,19 @@ TEST(ProcessObserversTest, ValuesForAnOperationWithoutVolumeCancelIt)
         driver.trigger(served.action);
         const QStringList before = driver.consoleLines();
         driver.answering({DialogAnswer().accept()}, [&] { served.observer->update(); });
-        if (served.title == std::string("Si Oxidation Options")) {
-            // It alone goes on waiting for a volume, and says nothing.
-            EXPECT_TRUE(driver.workspace().currentOperation());
-            EXPECT_EQ(driver.consoleLines(), before);
-            continue;
-        }
-        if (served.title == std::string("Change Volume Visualization Options")) {
-            // This one asks for a volume again.
-            EXPECT_TRUE(driver.workspace().currentOperation());
+        // Some go on waiting for a volume. Oxidation and extraction of them, and gluing, say nothing.
+        const bool asksAgain = served.title == std::string("Change Volume Visualization Options");
+        const bool waits =
+            asksAgain || QStringList{"Si Oxidation Options", "Extract Film"}.contains(served.title);
+        EXPECT_EQ(driver.workspace().currentOperation() != nullptr, waits) << served.action;
+        if (asksAgain) {
             EXPECT_EQ(driver.consoleLines(), before + QStringList(before.last()));
             continue;
         }
-        EXPECT_FALSE(driver.workspace().currentOperation()) << served.action;
+        if (waits || served.title == std::string("Glue Substrate")) {
+            EXPECT_EQ(driver.consoleLines(), before);
+            continue;
+        }
         EXPECT_TRUE(
             driver.consoleLines().last().contains(": Operation canceled", Qt::CaseInsensitive))
             << driver.consoleLines().last().toStdString();
