@@ -1,5 +1,6 @@
 #include "Core/Operations/GlueSubstrate/GlueSubstrate.h"
 
+#include "Core/Operations/CellularProcess/CellStreams.h"
 #include "Core/Operations/CellularProcess/ReadVoxels.h"
 #include "Core/Operations/CellularProcess/StripRun.h"
 #include "Model/Automaton/CellCount.h"
@@ -36,17 +37,23 @@ bool hasItsCells(const TotalVolume &volume)
     return Model::Automaton::countCells(volume.sizeX(), volume.sizeY(), volume.sizeZ()).has_value();
 }
 
-/// Looks at no cell that lies between filled ones already found: those cannot change the result.
-Body bodyOf(TotalVolume &volume)
+bool isEmpty(const Voxel *column, std::uint32_t first, std::uint32_t end)
 {
-    const std::uint32_t sizeZ = volume.sizeZ();
-    Body body{sizeZ, 0};
-    if (!hasItsCells(volume))
-        return body;
-    const ReadVoxels voxels(volume);
-    const std::size_t columns = std::size_t{StripRun::layersOf(volume)} * volume.sizeY();
-    for (std::size_t i = 0; i < columns; ++i) {
-        const Voxel *column = voxels.cells() + i * sizeZ;
+    std::uint32_t filled = 0;
+    for (std::uint32_t z = first; z < end; ++z)
+        filled |= column[z].material();
+    return filled == 0;
+}
+
+/// Widens `body` by the filled cells of columns. What lies between filled cells already found
+/// cannot change it.
+void widen(Body &body, const Voxel *column, std::size_t columns, std::uint32_t sizeZ)
+{
+    for (; columns > 0; --columns, column += sizeZ) {
+        const bool nothingBelow = isEmpty(column, 0, body.lowest);
+        passOver(column, body.lowest, body.end);
+        if (isEmpty(column, body.end, sizeZ) && nothingBelow)
+            continue;
         std::uint32_t z = 0;
         while (z < body.lowest && column[z].material() == 0)
             ++z;
@@ -54,9 +61,29 @@ Body bodyOf(TotalVolume &volume)
         z = sizeZ;
         while (z > body.end && column[z - 1].material() == 0)
             --z;
-        body.end = std::max(body.end, z);
+        body.end = z;
     }
-    return body;
+}
+
+Body bodyOf(TotalVolume &volume)
+{
+    const std::uint32_t sizeZ = volume.sizeZ();
+    Body whole{sizeZ, 0};
+    if (!hasItsCells(volume))
+        return whole;
+    const ReadVoxels voxels(volume);
+    const StripRun strips(StripRun::layersOf(volume), NarrowestStrip);
+    std::vector<Body> bodies(strips.strips(), whole);
+    strips.runPhase([&](std::int32_t start, std::int32_t end, std::uint32_t strip) {
+        const std::size_t inLayer = volume.sizeY();
+        widen(bodies[strip], voxels.cells() + static_cast<std::size_t>(start) * inLayer * sizeZ,
+              static_cast<std::size_t>(end - start) * inLayer, sizeZ);
+    });
+    for (const Body &body : bodies) {
+        whole.lowest = std::min(whole.lowest, body.lowest);
+        whole.end = std::max(whole.end, body.end);
+    }
+    return whole;
 }
 
 /// Cells of a row of `size` that starts at `start`, as far as `limit` reaches.
@@ -151,6 +178,7 @@ void GlueSubstrate::copyBase(std::uint32_t start, std::uint32_t end)
                 m_ids.data() + (std::size_t{x} * m_choices.finalY + y) * m_choices.finalZ;
             for (std::uint32_t z = 0; z < endZ; ++z)
                 to[z] = from[z].material();
+            passOver(from, endZ, m_baseZ);
         }
     }
 }
@@ -168,7 +196,8 @@ void GlueSubstrate::copyTop(std::uint32_t start, std::uint32_t end)
         if (column >= columnsX)
             continue;
         for (std::uint32_t y = 0; y < endY; ++y) {
-            const Voxel *from = m_topVoxels + (std::size_t{x} * m_topY + y) * m_topZ;
+            const Voxel *cells = m_topVoxels + (std::size_t{x} * m_topY + y) * m_topZ;
+            passOver(cells, 0, m_measures.topLowest);
             std::uint32_t *to =
                 m_ids.data() +
                 ((std::size_t{m_choices.displacementX} + column) * m_choices.finalY +
@@ -177,14 +206,15 @@ void GlueSubstrate::copyTop(std::uint32_t start, std::uint32_t end)
                 m_measures.baseHeight;
             // The way out of the joint, from the layer that comes to lie on the base.
             if (m_choices.invertTop) {
-                from += m_measures.topHeight - 1;
+                const Voxel *from = cells + m_measures.topHeight - 1;
                 for (std::uint32_t z = 0; z < endZ; ++z)
                     to[z] = (from - z)->material();
             } else {
-                from += m_measures.topLowest;
+                const Voxel *from = cells + m_measures.topLowest;
                 for (std::uint32_t z = 0; z < endZ; ++z)
                     to[z] = from[z].material();
             }
+            passOver(cells, m_measures.topHeight, m_topZ);
         }
     }
 }

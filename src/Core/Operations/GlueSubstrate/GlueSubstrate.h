@@ -54,8 +54,9 @@ struct GlueChoices
 class GlueSubstrate final
 {
 public:
-    /// Walks the cells of one volume after the other on the calling thread, with `voxels` of that
-    /// volume taken. Both may be the same volume, and any of their sizes may be 0.
+    /// Walks the cells of one volume after the other, with `voxels` of that volume taken, in strips
+    /// of x on the global thread pool. Both may be the same volume, and any of their sizes may be
+    /// 0. One that has more cells than 32 bits can count is taken as empty.
     static GlueMeasures measure(Model::Automaton::TotalVolume &base,
                                 Model::Automaton::TotalVolume &top);
 
