@@ -2,9 +2,15 @@
 
 #include "Model/ModelExtraction/RectangularCuboidEnvelope.h"
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
 namespace Model::Automaton {
 class TotalVolume;
-}
+class Voxel;
+} // namespace Model::Automaton
 
 namespace Model::ModelExtraction {
 
@@ -14,9 +20,10 @@ namespace Model::ModelExtraction {
 /// next one up the axis; cells in the last layer of an axis are not asked, not even for their
 /// neighbours along the other two. The boxes between the cuts are found from seeds, beginning with
 /// cell (0, 0, 0): from a seed a box grows along x, y and z to the next cut or to the end of the
-/// volume, and where a cut stops it, the cell behind the cut is a seed, the one along x found first,
-/// then y, then z. Seeds wait on a stack, each cell at most once. A box has the material of its
-/// seed, whatever its other cells hold; a seed in empty space (material 0) leaves no box.
+/// volume. Where a cut stops it, the cell behind the cut is a seed; the seed along x is put on the
+/// stack first, then the one along y, then the one along z. Each cell is a seed at most once. A box
+/// has the material of its seed, whatever its other cells hold; a seed in empty space (material 0)
+/// leaves no box.
 class CuboidDecomposer final
 {
 public:
@@ -32,11 +39,28 @@ public:
     const EnvelopeList &envelopes() const { return m_envelopes; }
 
 private:
-    void findEnvelopes();
+    /// A box by its number along x, y and z. Cuts go through the whole volume, so boxes stand in
+    /// rows along each axis.
+    using Place = std::array<std::size_t, 3>;
+
+    void findCuts(const Automaton::Voxel *voxels);
+    void findEnvelopes(const Automaton::Voxel *voxels);
     void findNeighbours();
+
+    boost::shared_ptr<RectangularCuboidEnvelope> envelopeAt(const Place &place,
+                                                            const Automaton::Voxel *voxels) const;
+    std::size_t count(unsigned axis) const { return m_starts[axis].size() - 1; }
+    std::size_t index(const Place &place) const
+    {
+        return (place[0] * count(1) + place[1]) * count(2) + place[2];
+    }
 
     Automaton::TotalVolume *m_volume;
     EnvelopeList m_envelopes;
+    /// Where boxes begin along each axis, ascending, and behind them the size of the volume.
+    std::array<std::vector<std::uint32_t>, 3> m_starts;
+    /// By index of the place; null for empty space. Not owned.
+    std::vector<RectangularCuboidEnvelope *> m_placed;
 };
 
 } // namespace Model::ModelExtraction
