@@ -7,6 +7,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
+#include <string>
 
 namespace Core {
 class Workspace;
@@ -68,8 +69,9 @@ private:
         Leaving = 2
     };
 
-    bool takeVolume();
+    bool takeSelectedVolume();
     void removeModels();
+    void write(const std::string &text);
 
     std::uint32_t m_step = Selecting;
     Workspace *m_workspace;
