@@ -18,7 +18,10 @@ CopyObject::CopyObject(Workspace *workspace)
 boost::shared_ptr<Model::Object>
 CopyObject::objectFor(const boost::shared_ptr<Model::Object> &selected)
 {
-    return boost::shared_ptr<Model::Object>(selected->clone());
+    const boost::shared_ptr<Model::Object> copy(selected->clone());
+    if (!copy)
+        write("An object of a kind that cannot be copied was left out.");
+    return copy;
 }
 
 void CopyObject::cancel()
