@@ -13,6 +13,7 @@
 #include "Core/Operations/IonImplantation/IonImplantationOperation.h"
 #include "Core/Operations/IsotropicFilmDeposition/IsotropicFilmDepositionOperation.h"
 #include "Core/Operations/IsotropicFilmEtching/IsotropicFilmEtchingOperation.h"
+#include "Core/Operations/ModelExtraction/RunModelExtraction.h"
 #include "Core/Operations/MooreNeighborhood/MooreNeighborhoodDepositionOperation.h"
 #include "Core/Operations/MooreNeighborhood/MooreNeighborhoodEtchingOperation.h"
 #include "Core/Operations/MoveObject.h"
@@ -49,6 +50,7 @@
 #include "UI/Observers/MooreEtchingObserver.h"
 #include "UI/Observers/PhotolithographyObserver.h"
 #include "UI/Observers/PlanarizationObserver.h"
+#include "UI/Observers/RunModelExtractionObserver.h"
 #include "UI/Observers/SiOxidationObserver.h"
 #include "UI/Observers/SimpleRIEObserver.h"
 #include "UI/Observers/SpinCoatingObserver.h"
@@ -79,6 +81,16 @@ boost::shared_ptr<Operation> makeSaving(MainWindowPresenter &presenter)
     const auto operation = boost::make_shared<Operation>(&presenter.workspace());
     operation->setObserver(
         boost::make_shared<Observers::DocumentSavedObserver>(presenter.mainWindow()));
+    return operation;
+}
+
+/// This one has two observers: the one that opens its dialog brings the one that closes it.
+boost::shared_ptr<RunModelExtraction> makeModelExtraction(MainWindowPresenter &presenter)
+{
+    Core::Workspace *workspace = &presenter.workspace();
+    const auto operation = boost::make_shared<RunModelExtraction>(workspace);
+    operation->setDialogObserver(boost::make_shared<Observers::RunModelExtractionObserver>(
+        workspace, presenter.mainWindow(), operation.get()));
     return operation;
 }
 
@@ -159,6 +171,8 @@ boost::shared_ptr<Core::Operations::Operation> OperationFactory::create(std::uin
     case 30:
         return makeObserved<SimpleReactiveIonEtchingOperation, Observers::SimpleRIEObserver>(
             *m_presenter);
+    case 1000:
+        return makeModelExtraction(*m_presenter);
     default:
         return {};
     }

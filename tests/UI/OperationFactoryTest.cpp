@@ -63,6 +63,7 @@ const Row Rows[] = {
     {28, "BCA Wet Etch", 28, false},
     {29, "Continuous Wet Etch", 29, false},
     {30, "Simple RIE", 30, false},
+    {1000, "Extract Model", 1000, false},
 };
 
 class OperationFactoryTest : public testing::Test
