@@ -34,6 +34,7 @@ const char *const started =
 const char *const askedForDestination = "message Copy: Left click on destination.";
 const char *const copied = "message Copy: Object(s) copied";
 const char *const canceled = "message Copy: Operation canceled";
+const char *const leftOut = "message Copy: An object of a kind that cannot be copied was left out.";
 const char *const invalid = "message Invalid entry. Enter the x, y, z coordinates.";
 
 void expectVector(const Vector3D &vector, double x, double y, double z)
@@ -645,7 +646,20 @@ TEST_F(CopyObjectTest, ObjectThatCannotBeClonedDoesNotKeepTheOthersFromBeingCopi
     const auto model = boost::make_shared<Fakes::Object>();
     select({model, m_piece});
     workspace().activate(CopyObject::Id);
+    EXPECT_EQ(log(), (Log{leftOut, started, "view updated"}));
     type("1,2,3");
     EXPECT_EQ(countOf(copied), 1);
+    expectCopyAt(1, 2, 3);
+}
+
+TEST_F(CopyObjectTest, SelectionOfWhatCannotBeClonedAloneIsRefusedAndAnotherAskedFor)
+{
+    const auto model = boost::make_shared<Fakes::Object>();
+    select({model});
+    workspace().activate(CopyObject::Id);
+    EXPECT_EQ(log(), (Log{leftOut, prompted, "selection mode changed"}));
+    select({m_piece});
+    type("");
+    type("1,2,3");
     expectCopyAt(1, 2, 3);
 }

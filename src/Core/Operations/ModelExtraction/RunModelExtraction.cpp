@@ -132,6 +132,7 @@ void RunModelExtraction::end()
     m_step = Leaving;
     removeModels();
     write("Model extracted.");
+    m_workspace->interpreter().clearRequest();
     m_workspace->finishOperation();
 }
 
