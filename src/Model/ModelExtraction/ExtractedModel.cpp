@@ -18,6 +18,9 @@ constexpr float Palette[PaletteSize][3] = {
     {0.5f, 0.0f, 0.5f}, {0.0f, 0.0f, 0.5f},
 };
 constexpr float OutlineShade = 0.25f;
+/// How far faces stand back behind the outlines that lie in them, in steps of the depth buffer: what
+/// the depths of a face and of a line in one place differ by at most, and as much again.
+constexpr float OutlineOffset = 512.0f;
 
 /// Drawing units of a cell along x, y and z. A model does not know its volume: these are the
 /// proportions of a crystal's cell.
@@ -77,12 +80,16 @@ void ExtractedModel::drawEnvelopes()
     glEnableClientState(GL_NORMAL_ARRAY);
     glVertexPointer(3, GL_FLOAT, 0, m_vertices.data());
     glNormalPointer(GL_FLOAT, 0, m_normals.data());
+    glPushAttrib(GL_POLYGON_BIT);
+    glEnable(GL_POLYGON_OFFSET_FILL);
+    glPolygonOffset(1.0f, OutlineOffset);
     m_colorIndex = 0;
     for (GLint box = 0; box < boxes; ++box) {
         glColor3fv(Palette[m_colorIndex]);
         m_colorIndex = (m_colorIndex + 1) % PaletteSize;
         glDrawArrays(GL_QUADS, box * BoxCorners, BoxCorners);
     }
+    glPopAttrib();
     glColor3f(OutlineShade, OutlineShade, OutlineShade);
     for (GLint first = 0; first < boxes * BoxCorners; first += FaceCorners)
         glDrawArrays(GL_LINE_LOOP, first, FaceCorners);
