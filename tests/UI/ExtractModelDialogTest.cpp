@@ -248,17 +248,21 @@ TEST_F(ExtractModelDialogTest, OutlivesItsOperation)
     }
 }
 
-TEST_F(ExtractModelDialogTest, TabGoesThroughTheSteps)
+TEST_F(ExtractModelDialogTest, StepsFollowEachOtherOnTheKeyboard)
 {
-    start();
-    OptionsDialogs::open(*m_dialog);
-    EXPECT_EQ(m_dialog->focusWidget()->objectName(), "btnStepOne");
-    QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Space);
-    EXPECT_EQ(objectCount(), 2U);
-    EXPECT_EQ(m_dialog->focusWidget()->objectName(), "btnStepTwo");
-    QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Space);
-    EXPECT_EQ(objectCount(), 3U);
-    EXPECT_EQ(m_dialog->focusWidget()->objectName(), "btnStepThree");
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        start();
+        OptionsDialogs::open(*m_dialog);
+        for (const char *name : {"btnStepOne", "btnStepTwo"}) {
+            ASSERT_NE(m_dialog->focusWidget(), nullptr);
+            EXPECT_EQ(m_dialog->focusWidget()->objectName(), name);
+            QTest::keyClick(m_dialog->focusWidget(), key);
+        }
+        EXPECT_EQ(m_dialog->focusWidget()->objectName(), "btnStepThree");
+        EXPECT_EQ(objectCount(), 3U);
+        m_dialog->close();
+        settle();
+    }
 }
 
 } // namespace

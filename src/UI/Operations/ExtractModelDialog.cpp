@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 #include <QFile>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QMessageBox>
 #include <QTextStream>
@@ -39,6 +40,7 @@ ExtractModelDialog::ExtractModelDialog(
       m_operation(operation)
 {
     m_form->setupUi(this);
+    m_form->btnStepOne->setFocus();
     setAttribute(Qt::WA_DeleteOnClose);
 }
 
@@ -48,16 +50,17 @@ void ExtractModelDialog::runStepOneClicked()
 {
     if (const auto operation = m_operation.lock())
         operation->runPreprocessing();
-    m_form->btnStepOne->setEnabled(false);
     m_form->btnStepTwo->setEnabled(true);
+    // After the other, which takes the keyboard focus.
+    m_form->btnStepOne->setEnabled(false);
 }
 
 void ExtractModelDialog::runStepTwoClicked()
 {
     if (const auto operation = m_operation.lock())
         operation->runFeatureDetection();
-    m_form->btnStepTwo->setEnabled(false);
     m_form->btnStepThree->setEnabled(true);
+    m_form->btnStepTwo->setEnabled(false);
 }
 
 void ExtractModelDialog::runStepThreeClicked()
@@ -79,6 +82,18 @@ void ExtractModelDialog::runStepThreeClicked()
     if (!writeText(text, name))
         QMessageBox::warning(nullptr, QStringLiteral("File Error"),
                              QStringLiteral("Unable to save to selected file!"), QMessageBox::Ok);
+}
+
+bool ExtractModelDialog::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            event->accept();
+            return true;
+        }
+    }
+    return QDialog::event(event);
 }
 
 void ExtractModelDialog::closeEvent(QCloseEvent *event)

@@ -9,6 +9,7 @@
 #include <memory>
 
 class QCloseEvent;
+class QEvent;
 
 namespace Core::Operations {
 class RunModelExtraction;
@@ -45,6 +46,9 @@ private Q_SLOTS:
     void runStepThreeClicked();
 
 protected:
+    /// Keeps Return and Enter for its buttons: the shortcuts of the main window reach into its tool
+    /// windows.
+    bool event(QEvent *event) override;
     /// Ends the operation.
     void closeEvent(QCloseEvent *event) override;
 
