@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QMetaMethod>
 #include <QPushButton>
 #include <QTemporaryDir>
 
@@ -65,6 +66,16 @@ TEST_F(ExtractModelDialogTest, ToolWindowHasThreeStepsOfWhichTheFirstCanBeRun)
                            "Model Extraction: nothing"}));
     EXPECT_EQ(buttons(), (QStringList{"Run Step 1 on", "Run Step 2 off", "Run Step 3 off"}));
     OptionsDialogs::expectRoom(*m_dialog);
+}
+
+TEST_F(ExtractModelDialogTest, OwnSlotsAreTheThreeStepsInOrder)
+{
+    const QMetaObject &meta = ExtractModelDialog::staticMetaObject;
+    QStringList own;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+        own << meta.method(i).methodSignature();
+    EXPECT_EQ(own,
+              (QStringList{"runStepOneClicked()", "runStepTwoClicked()", "runStepThreeClicked()"}));
 }
 
 TEST_F(ExtractModelDialogTest, EachStepMakesRoomForTheNext)

@@ -34,8 +34,7 @@ public:
         QWidget *parent = nullptr);
     ~ExtractModelDialog() override;
 
-public Q_SLOTS:
-    /// Escape: cancels the operation, which closes the dialog.
+    /// Escape: cancels the operation, which closes the dialog. A slot already, of QDialog's.
     void reject() override;
 
 private Q_SLOTS:
