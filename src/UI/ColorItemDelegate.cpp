@@ -30,8 +30,9 @@ protected:
     }
     void showEvent(QShowEvent *event) override
     {
-        // The view has put it where the cell is, but by the numbers of the screen; like any other
-        // dialog it belongs over its window.
+        // The view moves an editor to its cell, in coordinates of the view. This one is a window,
+        // for which they are coordinates of the screen: it would stand anywhere. As one that
+        // nobody has moved it is put over its parent's window, like any other dialog.
         setAttribute(Qt::WA_Moved, false);
         QColorDialog::showEvent(event);
     }
@@ -51,8 +52,11 @@ QWidget *ColorItemDelegate::createEditor(QWidget *parent, const QStyleOptionView
 void ColorItemDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
                                      const QModelIndex &index) const
 {
-    const auto *dialog = dynamic_cast<ColorEditor *>(editor);
-    if (!dialog || dialog->isRejected())
+    const auto *dialog = qobject_cast<QColorDialog *>(editor);
+    if (!dialog)
+        return;
+    const auto *own = dynamic_cast<const ColorEditor *>(dialog);
+    if (own && own->isRejected())
         return;
     model->setItemData(index, {{Qt::EditRole, dialog->currentColor()}});
 }

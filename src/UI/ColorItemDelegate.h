@@ -15,7 +15,7 @@ public:
     /// The dialog starts with what the index displays.
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;
-    /// Takes the colour of the dialog, unless it was rejected.
+    /// Takes the colour of any QColorDialog, unless it is one of createEditor() and was rejected.
     void setModelData(QWidget *editor, QAbstractItemModel *model,
                       const QModelIndex &index) const override;
 };

@@ -127,6 +127,17 @@ TEST_F(ColorItemDelegateTest, TheModelGetsTheColourUnderTheEditRole)
     EXPECT_EQ(m_model.singleSets, 0);
 }
 
+TEST_F(ColorItemDelegateTest, AnyColourDialogGivesItsColour)
+{
+    QColorDialog plain;
+    plain.setOption(QColorDialog::ShowAlphaChannel);
+    plain.setCurrentColor(QColor(50, 60, 70, 80));
+    m_delegate.setModelData(&plain, &m_model, index());
+    ASSERT_EQ(m_model.given.size(), 1U);
+    EXPECT_EQ(m_model.given[0],
+              (QMap<int, QVariant>{{Qt::EditRole, QVariant(QColor(50, 60, 70, 80))}}));
+}
+
 TEST_F(ColorItemDelegateTest, AnEditorOfAnotherKindGivesNothing)
 {
     QWidget other;
