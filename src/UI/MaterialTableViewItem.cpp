@@ -4,6 +4,8 @@
 #include "UI/MaterialColor.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace Ui {
 
@@ -13,6 +15,19 @@ namespace {
 
 /// 1 is silicon, and 2 stays unused on purpose.
 constexpr std::uint32_t FirstNewId = 3;
+
+/// The nearest float. Numbers for which that is none are infinite: a conversion alone would leave
+/// them open.
+float narrowed(double number)
+{
+    using Float = std::numeric_limits<float>;
+    // Half a step above the largest float.
+    constexpr double Infinite = 0x1.ffffffp127;
+    if (std::abs(number) >= Infinite)
+        return number < 0.0 ? -Float::infinity() : Float::infinity();
+    constexpr double Largest = Float::max();
+    return static_cast<float>(std::clamp(number, -Largest, Largest));
+}
 
 QString headerOf(int column)
 {
@@ -92,13 +107,13 @@ bool MaterialTableViewItem::setData(const QModelIndex &index, const QVariant &va
         material.setColor(componentsOf(value.value<QColor>()).data());
         break;
     case Density:
-        material.setDensity(static_cast<float>(value.toDouble()));
+        material.setDensity(narrowed(value.toDouble()));
         break;
     case YoungModulus:
-        material.setYoungModulus(static_cast<float>(value.toDouble()));
+        material.setYoungModulus(narrowed(value.toDouble()));
         break;
     case PoissonRatio:
-        material.setPoissonRatio(static_cast<float>(value.toDouble()));
+        material.setPoissonRatio(narrowed(value.toDouble()));
         break;
     default:
         return false;

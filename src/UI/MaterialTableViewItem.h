@@ -34,7 +34,8 @@ public:
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     /// The value of the column for Qt::DisplayRole only, so that editors open empty.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
-    /// For Qt::EditRole only, and not for the id.
+    /// For Qt::EditRole only, and not for the id. A number beyond the range of a float becomes
+    /// infinite.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;

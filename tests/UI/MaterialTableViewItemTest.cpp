@@ -11,9 +11,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <set>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -240,6 +243,37 @@ TEST_F(MaterialTableViewItemTest, ATextThatIsNoNumberIsZero)
     const auto model = make();
     EXPECT_TRUE(model->setData(model->index(0, 3), "heavy"));
     EXPECT_EQ(model->materials()[0].density(), 0.0F);
+}
+
+TEST_F(MaterialTableViewItemTest, ANumberBeyondAFloatIsInfinite)
+{
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    constexpr float largest = std::numeric_limits<float>::max();
+    constexpr double step = 0x1p104; // between the largest floats
+    const std::pair<QVariant, float> numbers[] = {
+        {"1e39", infinity},
+        {"-1e39", -infinity},
+        {std::numeric_limits<double>::max(), infinity},
+        {-std::numeric_limits<double>::infinity(), -infinity},
+        {largest + step / 2, infinity},
+        {-(largest + step / 2), -infinity},
+        // These are still nearer to it than to what would come behind it.
+        {largest + step / 4, largest},
+        {-(largest + step / 4), -largest},
+        {"3.4028235e38", largest},
+        {double{largest}, largest},
+    };
+    const auto model = make();
+    for (const auto &[number, expected] : numbers) {
+        for (const int column : {3, 4, 5})
+            EXPECT_TRUE(model->setData(model->index(0, column), number));
+        const Material &material = model->materials()[0];
+        EXPECT_EQ(material.density(), expected);
+        EXPECT_EQ(material.youngModulus(), expected);
+        EXPECT_EQ(material.poissonRatio(), expected);
+    }
+    EXPECT_TRUE(model->setData(model->index(0, 3), std::numeric_limits<double>::quiet_NaN()));
+    EXPECT_TRUE(std::isnan(model->materials()[0].density()));
 }
 
 TEST_F(MaterialTableViewItemTest, AColourMayComeAsItsName)
