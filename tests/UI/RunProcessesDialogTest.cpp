@@ -1206,7 +1206,7 @@ TEST_F(RunProcessesDialogTest, ADialogThatIsDestroyedDoesNotKeepTheWorkerWaiting
         put({pour(Resist, 5), waiting, pour(Gold, 6)});
         HeldRun held(*m_volume);
         clickButton("btnRun");
-        // This thread serves no events any more, and has none to serve until the worker asks for it.
+        // This thread serves no events any more, and gets none until the worker asks for it.
         QCoreApplication::sendPostedEvents();
         const uint events = qGlobalPostedEventsCount();
         held.release();
