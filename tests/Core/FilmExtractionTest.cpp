@@ -15,7 +15,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
+#include <future>
 #include <random>
 #include <vector>
 
@@ -398,6 +400,29 @@ TEST_F(FilmExtractionTest, WindingBodiesComeOutWhole)
     expectRule(comb, Support::materialsBy(comb, [](std::uint32_t x, std::uint32_t y, auto) {
                    return y % 2 == 0 || x == 19 ? film : wafer;
                }));
+}
+
+TEST_F(FilmExtractionTest, WaitsForTheCellsAndNotForTheWorkingArray)
+{
+    const Grid grid{3, 4, 5};
+    const Materials materials(grid.cells(), film);
+    SourceVolume source = sourceOf(grid, materials);
+    for (const bool working : {false, true}) {
+        FilmExtraction extraction(source.volume().get(), film, false);
+        if (working)
+            source.volume()->nextVoxels();
+        else
+            source.volume()->voxels();
+        auto ids = std::async(std::launch::async, [&] { return extraction.extract(); });
+        if (working) {
+            EXPECT_EQ(ids.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+            source.volume()->releaseNextVoxels();
+        } else {
+            EXPECT_EQ(ids.wait_for(std::chrono::milliseconds(30)), std::future_status::timeout);
+            source.volume()->releaseVoxels();
+        }
+        EXPECT_EQ(ids.get(), materials);
+    }
 }
 
 TEST_F(FilmExtractionTest, ResultStandsTenCellsBesideTheSourceInBothArrays)

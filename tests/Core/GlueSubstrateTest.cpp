@@ -1,6 +1,8 @@
 #include "Core/Operations/GlueSubstrate/GlueSubstrate.h"
 
 #include "GlueSubstrateRule.h"
+#include "GlueSubstrateRuns.h"
+#include "PassRuns.h"
 #include "ProcessSuite.h"
 #include "SourceVolume.h"
 
@@ -14,126 +16,29 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
+#include <future>
 #include <random>
+#include <utility>
 #include <vector>
 
-using Core::Operations::GlueChoices;
-using Core::Operations::GlueMeasures;
-using Core::Operations::GlueSubstrate;
 using Core::Operations::GlueSubstrateOperation;
-using GlueSubstrateRule::Materials;
-using GlueSubstrateRule::textOf;
-using GlueSubstrateRule::Wafer;
 using Model::Automaton::TotalVolume;
 using Support::Grid;
 using Util::Vector3D;
+using namespace GlueSubstrateRule;
 
 namespace {
 
-constexpr int threadCounts[] = {1, 2, 3, 5};
-
-Wafer waferOf(const Grid &grid, const Support::MaterialRule &rule)
+/// Threads that the pool starts for the cells, without the measures.
+int poolThreadsOf(const Wafer &base, const Wafer &top, int threads)
 {
-    return {grid, Support::materialsBy(grid, rule)};
-}
-
-/// The same filled layers in every column: those from `lowest` on, so many.
-Wafer layered(const Grid &grid, std::uint32_t lowest, std::uint32_t layers, std::uint32_t material)
-{
-    return waferOf(grid, [=](auto, auto, std::uint32_t z) {
-        return z >= lowest && z < lowest + layers ? material : 0U;
-    });
-}
-
-/// Cells from all materials and void, between two layers at random.
-Wafer randomWafer(std::mt19937 &random, const Grid &grid)
-{
-    const std::uint32_t filled = std::vector<std::uint32_t>{3, 20, 60, 100}[random() % 4];
-    const std::uint32_t lowest = random() % grid.sizeZ;
-    const std::uint32_t highest = lowest + random() % (grid.sizeZ - lowest);
-    return waferOf(grid, [&](auto, auto, std::uint32_t z) -> std::uint32_t {
-        const bool isFilled = random() % 100 < filled;
-        const std::uint32_t material = 1 + random() % 5;
-        return isFilled && z >= lowest && z <= highest ? material : 0U;
-    });
-}
-
-Grid randomGrid(std::mt19937 &random, std::uint32_t limit)
-{
-    const auto size = [&] { return 1 + std::uint32_t(random() % limit); };
-    const auto edge = [&] { return (1.0f + float(random() % 8)) / 4.0f; };
-    return {size(), size(), size(), edge(), edge(), edge()};
-}
-
-bool isEmpty(const Wafer &wafer)
-{
-    for (const std::uint32_t id : wafer.materials)
-        if (id != 0)
-            return false;
-    return true;
-}
-
-GlueChoices smallest(const Wafer &base, const Wafer &top, bool invert = false)
-{
-    const GlueMeasures measures = GlueSubstrateRule::measuresOf(base, top);
-    return {measures.minimumX, measures.minimumY, measures.minimumZ, 0, 0, invert};
-}
-
-void expectMeasures(const GlueMeasures &actual, const GlueMeasures &expected)
-{
-    EXPECT_EQ(actual.baseHeight, expected.baseHeight);
-    EXPECT_EQ(actual.topLowest, expected.topLowest);
-    EXPECT_EQ(actual.topHeight, expected.topHeight);
-    EXPECT_EQ(actual.minimumX, expected.minimumX);
-    EXPECT_EQ(actual.minimumY, expected.minimumY);
-    EXPECT_EQ(actual.minimumZ, expected.minimumZ);
-    EXPECT_EQ(actual.maximumDisplacementX, expected.maximumDisplacementX);
-    EXPECT_EQ(actual.maximumDisplacementY, expected.maximumDisplacementY);
-    EXPECT_EQ(actual.topEmpty, expected.topEmpty);
-}
-
-/// The working array has materials of its own.
-SourceVolume sourceOf(const Wafer &wafer, const Vector3D &position = {})
-{
-    return SourceVolume(wafer.grid, wafer.materials, 99, position);
-}
-
-Materials glue(const Wafer &base, const Wafer &top, const GlueChoices &choices, int threads)
-{
-    SourceVolume first = sourceOf(base);
-    SourceVolume second = sourceOf(top);
-    const Support::PoolThreads pool(threads);
-    const GlueMeasures measures = GlueSubstrate::measure(*first.volume(), *second.volume());
-    expectMeasures(measures, GlueSubstrateRule::measuresOf(base, top));
-    GlueSubstrate engine(first.volume().get(), second.volume().get(), measures, choices);
-    EXPECT_TRUE(engine.fits());
-    const Materials ids = engine.glue();
-    first.expectUnchanged();
-    second.expectUnchanged();
-    return ids;
-}
-
-void expectRule(const Wafer &base, const Wafer &top, const GlueChoices &choices)
-{
-    const Materials expected = GlueSubstrateRule::glued(base, top, choices);
-    for (const int threads : threadCounts) {
-        SCOPED_TRACE(testing::Message() << base << " and " << top << ", " << textOf(choices) << ", "
-                                        << threads << " threads");
-        EXPECT_EQ(glue(base, top, choices, threads), expected);
-    }
-}
-
-/// Expects these cells of a volume without room to spare.
-void expectGlued(const Wafer &base, const Wafer &top, bool invert,
-                 const Support::MaterialRule &expected)
-{
-    const GlueChoices choices = smallest(base, top, invert);
-    const Grid grid{choices.finalX, choices.finalY, choices.finalZ};
-    for (const int threads : threadCounts)
-        EXPECT_EQ(glue(base, top, choices, threads), Support::materialsBy(grid, expected))
-            << threads << " threads";
-    expectRule(base, top, choices);
+    const SourceVolume first = sourceOf(base);
+    const SourceVolume second = sourceOf(top);
+    GlueSubstrate engine(first.volume().get(), second.volume().get(), measuresOf(base, top),
+                         smallest(base, top));
+    return PassRuns::poolThreadsOf(threads, [&] { engine.glue(); });
 }
 
 class GlueSubstrateTest : public Fakes::ProcessSuite<GlueSubstrateOperation>
@@ -167,7 +72,7 @@ TEST_F(GlueSubstrateTest, EqualSubstratesTouchAtTheFirstLayerAboveTheBase)
     const Grid grid{100, 100, 80};
     const Wafer base = layered(grid, 0, 30, 1);
     const Wafer top = layered(grid, 0, 30, 2);
-    const GlueMeasures measures = GlueSubstrateRule::measuresOf(base, top);
+    const GlueMeasures measures = measuresOf(base, top);
     ASSERT_EQ(measures.minimumZ, 60U);
     const Grid result{100, 100, 61};
     const Materials ids = glue(base, top, {100, 100, 61, 0, 0, false}, 2);
@@ -248,7 +153,7 @@ TEST_F(GlueSubstrateTest, SmallerTopAtTheEndOfItsRoomSitsAtTheHighCorner)
 {
     const Wafer base = layered({8, 7, 3}, 0, 2, 1);
     const Wafer top = layered({3, 2, 4}, 1, 2, 2);
-    const GlueMeasures measures = GlueSubstrateRule::measuresOf(base, top);
+    const GlueMeasures measures = measuresOf(base, top);
     EXPECT_EQ(measures.maximumDisplacementX, 5U);
     EXPECT_EQ(measures.maximumDisplacementY, 5U);
     for (const bool invert : {false, true})
@@ -277,7 +182,7 @@ TEST_F(GlueSubstrateTest, EachIsTheLargerOneAlongItsOwnAxis)
 {
     const Wafer base = layered({9, 3, 4}, 0, 2, 1);
     const Wafer top = layered({4, 8, 3}, 0, 3, 2);
-    const GlueMeasures measures = GlueSubstrateRule::measuresOf(base, top);
+    const GlueMeasures measures = measuresOf(base, top);
     EXPECT_EQ(measures.minimumX, 9U);
     EXPECT_EQ(measures.minimumY, 8U);
     EXPECT_EQ(measures.maximumDisplacementX, 5U);
@@ -291,7 +196,7 @@ TEST_F(GlueSubstrateTest, EmptyBaseCountsAsOneLayer)
 {
     const Wafer base = layered({4, 3, 6}, 0, 0, 1);
     const Wafer top = layered({4, 3, 6}, 2, 3, 2);
-    EXPECT_EQ(GlueSubstrateRule::measuresOf(base, top).baseHeight, 1U);
+    EXPECT_EQ(measuresOf(base, top).baseHeight, 1U);
     for (const bool invert : {false, true})
         expectGlued(base, top, invert,
                     [](auto, auto, std::uint32_t z) { return z == 0 ? 0U : 2U; });
@@ -309,7 +214,7 @@ TEST_F(GlueSubstrateTest, OneFilledCellIsABodyWhereverItIs)
             for (const bool invert : {false, true}) {
                 const GlueChoices choices = smallest(base, top, invert);
                 const Materials ids = glue(base, top, choices, 1);
-                EXPECT_EQ(ids, GlueSubstrateRule::glued(base, top, choices));
+                EXPECT_EQ(ids, glued(base, top, choices));
                 EXPECT_EQ(std::count(ids.begin(), ids.end(), 0U), std::ptrdiff_t(ids.size()) - 2);
             }
         }
@@ -335,7 +240,7 @@ TEST_F(GlueSubstrateTest, OneVolumeCanBeMeasuredAsBoth)
     const Wafer wafer = layered({4, 3, 6}, 1, 3, 1);
     SourceVolume source = sourceOf(wafer);
     expectMeasures(GlueSubstrate::measure(*source.volume(), *source.volume()),
-                   GlueSubstrateRule::measuresOf(wafer, wafer));
+                   measuresOf(wafer, wafer));
     source.expectUnchanged();
 }
 
@@ -347,9 +252,9 @@ TEST_F(GlueSubstrateTest, VolumesWithASizeOfZeroAreEmpty)
         SourceVolume source = sourceOf(filled);
         SourceVolume empty = sourceOf(nothing);
         expectMeasures(GlueSubstrate::measure(*empty.volume(), *source.volume()),
-                       GlueSubstrateRule::measuresOf(nothing, filled));
+                       measuresOf(nothing, filled));
         expectMeasures(GlueSubstrate::measure(*source.volume(), *empty.volume()),
-                       GlueSubstrateRule::measuresOf(filled, nothing));
+                       measuresOf(filled, nothing));
         for (const bool invert : {false, true})
             expectRule(nothing, filled, smallest(nothing, filled, invert));
     }
@@ -438,7 +343,7 @@ TEST_F(GlueSubstrateTest, PositionOfTheTopPlaysNoPart)
         const Volume result = played(first, second, choices);
         ASSERT_NE(result, nullptr);
         EXPECT_EQ(cornerOf(*result), (Corner{3, -4, 5}));
-        Fakes::expectMaterials(*result, GlueSubstrateRule::glued(base, top, choices));
+        Fakes::expectMaterials(*result, glued(base, top, choices));
     }
 }
 
@@ -451,7 +356,7 @@ TEST_F(GlueSubstrateTest, ResultHasTheBodiesInBothArraysAndTheLargerCells)
         if (isEmpty(top))
             continue;
         GlueChoices choices = smallest(base, top, random() % 2 == 0);
-        const GlueMeasures measures = GlueSubstrateRule::measuresOf(base, top);
+        const GlueMeasures measures = measuresOf(base, top);
         choices.finalZ += random() % 4;
         choices.displacementX = random() % (measures.maximumDisplacementX + 1);
         choices.displacementY = random() % (measures.maximumDisplacementY + 1);
@@ -470,7 +375,7 @@ TEST_F(GlueSubstrateTest, ResultHasTheBodiesInBothArraysAndTheLargerCells)
         EXPECT_EQ(result->cellSizeY(), std::max(base.grid.cellSizeY, top.grid.cellSizeY));
         EXPECT_EQ(result->cellSizeZ(), std::max(base.grid.cellSizeZ, top.grid.cellSizeZ));
         EXPECT_EQ(cornerOf(*result), (Corner{double(seed), 2, -7}));
-        Fakes::expectMaterials(*result, GlueSubstrateRule::glued(base, top, choices));
+        Fakes::expectMaterials(*result, glued(base, top, choices));
         first.expectUnchanged();
         second.expectUnchanged();
     }
@@ -502,7 +407,7 @@ TEST_F(GlueSubstrateTest, FinalSizeOfTheOperationStartsOneLayerAboveTheMinimum)
     const Volume result = boost::dynamic_pointer_cast<TotalVolume>(objects.front());
     ASSERT_NE(result, nullptr);
     EXPECT_EQ(result->sizeZ(), 5U);
-    Fakes::expectMaterials(*result, GlueSubstrateRule::glued(base, top, {4, 5, 5, 0, 0, false}));
+    Fakes::expectMaterials(*result, glued(base, top, {4, 5, 5, 0, 0, false}));
 }
 
 TEST_F(GlueSubstrateTest, RandomVolumesGlueByTheRule)
@@ -514,7 +419,7 @@ TEST_F(GlueSubstrateTest, RandomVolumesGlueByTheRule)
         const Wafer top = randomWafer(random, randomGrid(random, 12));
         if (isEmpty(top))
             continue;
-        const GlueMeasures measures = GlueSubstrateRule::measuresOf(base, top);
+        const GlueMeasures measures = measuresOf(base, top);
         for (const bool invert : {false, true}) {
             GlueChoices choices = smallest(base, top, invert);
             if (random() % 2 == 0) {
@@ -546,6 +451,68 @@ TEST_F(GlueSubstrateTest, NarrowVolumesGlueByTheRuleWithAnyNumberOfThreads)
         }
 }
 
+TEST_F(GlueSubstrateTest, LessThanTwoLayersAThreadOfEitherAreGluedByTheCallingThread)
+{
+    for (const int threads : {1, 2, 4}) {
+        const auto narrow = std::uint32_t(2 * threads - 1);
+        const std::uint32_t enough = narrow + 1;
+        for (const auto &[baseX, topX] : std::vector<std::pair<std::uint32_t, std::uint32_t>>{
+                 {narrow, narrow}, {narrow, enough}, {enough, narrow}, {1, 50}, {50, 1}}) {
+            const Wafer base = layered({baseX, 3, 4}, 0, 2, 1);
+            const Wafer top = layered({topX, 3, 4}, 0, 2, 2);
+            EXPECT_EQ(poolThreadsOf(base, top, threads), 0)
+                << base << " and " << top << ", " << threads << " threads";
+        }
+    }
+}
+
+TEST_F(GlueSubstrateTest, TwoLayersAThreadOfBothAreGluedByThePool)
+{
+    for (const std::uint32_t threads : {2, 4}) {
+        const Wafer base = layered({2 * threads, 3, 4}, 0, 2, 1);
+        const Wafer top = layered({2 * threads + 1, 3, 4}, 0, 2, 2);
+        EXPECT_GT(poolThreadsOf(base, top, int(threads)), 0) << threads;
+    }
+}
+
+TEST_F(GlueSubstrateTest, WaitsWhileSomebodyElseHasTheCellsOfEither)
+{
+    const Wafer base = layered({4, 3, 5}, 0, 2, 1);
+    const Wafer top = layered({4, 3, 4}, 0, 2, 2);
+    for (const bool holdBase : {false, true}) {
+        SourceVolume first = sourceOf(base);
+        SourceVolume second = sourceOf(top);
+        TotalVolume &held = *(holdBase ? first : second).volume();
+        GlueSubstrate engine(first.volume().get(), second.volume().get(), measuresOf(base, top),
+                             smallest(base, top));
+        held.voxels();
+        auto ids = std::async(std::launch::async, [&] { return engine.glue(); });
+        EXPECT_EQ(ids.wait_for(std::chrono::milliseconds(30)), std::future_status::timeout);
+        held.releaseVoxels();
+        EXPECT_EQ(ids.get(), glued(base, top, smallest(base, top)));
+    }
+}
+
+TEST_F(GlueSubstrateTest, WorkingArraysMayBeInUse)
+{
+    const Wafer base = layered({4, 3, 5}, 0, 2, 1);
+    const Wafer top = layered({4, 3, 4}, 0, 2, 2);
+    SourceVolume first = sourceOf(base);
+    SourceVolume second = sourceOf(top);
+    first.volume()->nextVoxels();
+    second.volume()->nextVoxels();
+    auto ids = std::async(std::launch::async, [&] {
+        const GlueMeasures measures = GlueSubstrate::measure(*first.volume(), *second.volume());
+        return GlueSubstrate(first.volume().get(), second.volume().get(), measures,
+                             smallest(base, top))
+            .glue();
+    });
+    EXPECT_EQ(ids.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    first.volume()->releaseNextVoxels();
+    second.volume()->releaseNextVoxels();
+    EXPECT_EQ(ids.get(), glued(base, top, smallest(base, top)));
+}
+
 TEST_F(GlueSubstrateTest, TallVolumesGlueByTheRule)
 {
     std::mt19937 random(12);
@@ -573,7 +540,7 @@ TEST_F(GlueSubstrateTest, LoneCellsAreMeasuredInEveryStripOfWideVolumes)
             SCOPED_TRACE(testing::Message() << "x " << x << ", " << threads << " threads");
             const Support::PoolThreads pool(threads);
             expectMeasures(GlueSubstrate::measure(*first.volume(), *second.volume()),
-                           GlueSubstrateRule::measuresOf(base, top));
+                           measuresOf(base, top));
         }
     }
 }
