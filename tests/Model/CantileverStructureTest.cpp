@@ -4,6 +4,7 @@
 
 #include <QLocale>
 #include <QString>
+#include <QTextStream>
 
 #include <boost/make_shared.hpp>
 
@@ -250,7 +251,15 @@ TEST(CantileverStructureTest, LocaleChangesNoDigit)
             expected += "c" + node + " " + node + " 0 1.27368e-11 \n";
             expected += "l" + node + " " + node + " 0 0.0571429 \n";
         }
-        EXPECT_EQ(netlistOf(std::vector<Beam>(1200, {1000, 1, 1, 2})), expected + ".end \n");
+        expected += ".end \n";
+        const std::string netlist = netlistOf(std::vector<Beam>(1200, {1000, 1, 1, 2}));
+        EXPECT_EQ(netlist, expected);
+        // Nor does it where the text is written.
+        QString written;
+        QTextStream stream(&written);
+        stream.setLocale(locale);
+        stream << QString::fromStdString(netlist);
+        EXPECT_EQ(written.toStdString(), expected);
     }
 }
 
