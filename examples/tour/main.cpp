@@ -1,3 +1,4 @@
+#include "ListStops.h"
 #include "ProcessStops.h"
 #include "Stage.h"
 
@@ -49,6 +50,7 @@ public:
         LitharaTour::surfaceMicromachinedBridge(m_stage);
         LitharaTour::dopedOpening(m_stage);
         LitharaTour::wetEtchedPits(m_stage);
+        LitharaTour::exampleDevices(m_stage);
     }
 
 private:
