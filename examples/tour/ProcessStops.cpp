@@ -1,8 +1,7 @@
 #include "ProcessStops.h"
 
 #include "Stage.h"
-
-#include "Model/Automaton/TotalVolume.h"
+#include "ViewStops.h"
 
 #include <QColor>
 #include <QFile>
@@ -108,6 +107,7 @@ void surfaceMicromachinedBridge(Stage &stage)
     Stage::expect(stage.materialAt(50, 50, 34) == 0, "there is a gap under the bridge");
     Stage::expect(stage.materialAt(50, 50, 40) == PolySilicon, "the bridge spans it");
     stage.save("bridge", stage.driver().screen());
+    smoothSkin(stage);
 }
 
 void dopedOpening(Stage &stage)
@@ -182,9 +182,7 @@ void wetEtchedPits(Stage &stage)
         {DialogAnswer().type("dblAngleX", "-35").type("dblAngleZ", "20").accept()});
     stage.save("pits-from-above", stage.driver().picture());
 
-    const auto volume = stage.driver().volumes().front();
-    volume->painter().setCutLimits({0, 50, 0}, {volume->sizeX(), volume->sizeY(), volume->sizeZ()});
-    volume->painter().rebuild();
+    cutOpen(stage);
     stage.driver().trigger(
         "actionManual_View",
         {DialogAnswer().type("dblAngleX", "-60").type("dblAngleZ", "30").accept()});

@@ -1,6 +1,7 @@
 #include "ListStops.h"
 #include "ProcessStops.h"
 #include "Stage.h"
+#include "ViewStops.h"
 
 #include "Support/Volumes.h"
 #include "Support/WindowDriver.h"
@@ -50,6 +51,7 @@ public:
         LitharaTour::surfaceMicromachinedBridge(m_stage);
         LitharaTour::dopedOpening(m_stage);
         LitharaTour::wetEtchedPits(m_stage);
+        LitharaTour::atomsOfAPit(m_stage);
         LitharaTour::exampleDevices(m_stage);
     }
 
