@@ -29,8 +29,13 @@ void Stage::startWithWafer()
 
 void Stage::selectVolume()
 {
+    selectObjectAt(m_driver.viewCenter());
+}
+
+void Stage::selectObjectAt(const QPoint &place)
+{
     m_driver.trigger("actionSelect");
-    m_driver.click(m_driver.viewCenter());
+    m_driver.click(place);
     expect(m_driver.workspace().pointer().selectedObjects().size() == 1,
            "a click selects the volume");
 }

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QImage>
+#include <QPoint>
 #include <QString>
 
 #include <cstdint>
@@ -24,6 +25,8 @@ public:
     void startWithWafer();
     /// Picks the volume that lies in the middle of the view.
     void selectVolume();
+    /// Picks what lies at that pixel of the view.
+    void selectObjectAt(const QPoint &place);
     /// Selects the volume, starts the process and answers its dialog; the console must say that it
     /// has finished.
     void process(const char *action, const Support::DialogAnswer &answer);

@@ -1,3 +1,4 @@
+#include "DeviceStops.h"
 #include "ListStops.h"
 #include "ProcessStops.h"
 #include "Stage.h"
@@ -53,6 +54,10 @@ public:
         LitharaTour::wetEtchedPits(m_stage);
         LitharaTour::atomsOfAPit(m_stage);
         LitharaTour::exampleDevices(m_stage);
+        LitharaTour::bondedWafers(m_stage);
+        LitharaTour::liftedFilm(m_stage);
+        LitharaTour::netlistOfACantilever(m_stage);
+        LitharaTour::materialOfOnesOwn(m_stage);
     }
 
 private:

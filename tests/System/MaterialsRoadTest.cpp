@@ -1,15 +1,11 @@
+#include "Support/TableCells.h"
 #include "System/WaferRoad.h"
 
 #include "Model/Materials/MaterialFactory.h"
 #include "Model/Process/ProcessFactory.h"
 
-#include <QApplication>
-#include <QColorDialog>
 #include <QComboBox>
-#include <QDialogButtonBox>
-#include <QLineEdit>
 #include <QListWidget>
-#include <QPushButton>
 #include <QTableView>
 #include <QTest>
 
@@ -31,39 +27,19 @@ protected:
         ProcessFactory::instance()->saveProcesses();
     }
 
-    static void doubleClick(QTableView &table, int row, int column)
+    static QTableView &table(QWidget &dialog)
     {
-        const QModelIndex cell = table.model()->index(row, column);
-        table.scrollTo(cell);
-        const QPoint at = table.visualRect(cell).center();
-        QTest::mouseClick(table.viewport(), Qt::LeftButton, Qt::NoModifier, at);
-        QTest::mouseDClick(table.viewport(), Qt::LeftButton, Qt::NoModifier, at);
+        return *dialog.findChild<QTableView *>("tblMaterials");
     }
-    /// Types a value into the cell of the last row, as a user does.
+    /// Types a value into the cell of the last row.
     static void typeIntoLastRow(QWidget &dialog, int column, const char *text)
     {
-        auto &table = *dialog.findChild<QTableView *>("tblMaterials");
-        doubleClick(table, table.model()->rowCount() - 1, column);
-        auto *editor = table.viewport()->findChild<QLineEdit *>();
-        if (!editor)
-            throw std::runtime_error("no editor");
-        QTest::keyClicks(editor, QLatin1String(text));
-        QTest::keyClick(editor, Qt::Key_Return);
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        Support::typeIntoCell(table(dialog), table(dialog).model()->rowCount() - 1, column,
+                              QLatin1String(text));
     }
     static void pickColor(QWidget &dialog, int row, const QColor &color)
     {
-        doubleClick(*dialog.findChild<QTableView *>("tblMaterials"), row, 2);
-        auto *editor = dialog.findChild<QColorDialog *>();
-        if (!editor || !QTest::qWaitForWindowExposed(editor))
-            throw std::runtime_error("no colour editor");
-        editor->setCurrentColor(color);
-        QTest::mouseClick(editor->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
-                          Qt::LeftButton);
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QApplication::setActiveWindow(&dialog);
+        Support::pickCellColor(dialog, table(dialog), row, 2, color);
     }
     static DialogAnswer addGlass()
     {
