@@ -5,12 +5,13 @@
 #include "Support/TableCells.h"
 
 #include "Model/Automaton/TotalVolume.h"
+#include "UI/GLWidget.h"
 #include "UI/MainWindow.h"
 #include "UI/MainWindowPresenter.h"
 
 #include <QAbstractButton>
 #include <QColor>
-#include <QComboBox>
+#include <QDialog>
 #include <QFile>
 #include <QListWidget>
 #include <QTableView>
@@ -33,6 +34,7 @@ void rebuildPictures(Stage &stage)
     stage.driver().window().makeViewCurrent();
     for (const auto &volume : stage.driver().volumes())
         volume->painter().rebuild();
+    stage.driver().view().update();
     stage.driver().settle();
 }
 
@@ -82,14 +84,14 @@ void bondedWafers(Stage &stage)
                                                   .type("sbxSubsHeight", "10")
                                                   .type("dblPositionX", "140")
                                                   .accept()});
-    driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "700").accept()});
+    driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "300").accept()});
     stage.save("two-wafers", driver.picture());
 
     const QPoint base = driver.viewCenter();
     driver.trigger("actionGlue_Substrate");
     driver.click(base);
     driver.press(Qt::Key_Return);
-    driver.click(base + QPoint(340, -30));
+    driver.click(base + QPoint(345, -45));
     driver.answering(
         {DialogAnswer()
              .type("sbxDisplacementX", "20")
@@ -121,7 +123,7 @@ void liftedFilm(Stage &stage)
     Stage::expect(driver.volumes().size() == 2, "the film is a volume of its own");
     Stage::expect(driver.consoleLines().last() == "Extract Film: film extracted.",
                   "the console says so");
-    driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "700").accept()});
+    driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "300").accept()});
     rebuildPictures(stage);
     stage.save("lifted-film", driver.picture());
 }
@@ -130,7 +132,8 @@ void netlistOfACantilever(Stage &stage)
 {
     makeCantilever(stage);
     Support::WindowDriver &driver = stage.driver();
-    driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "350").accept()});
+    stage.lookAt(30, 20, 5);
+    driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "850").accept()});
     driver.trigger("actionManual_View",
                    {DialogAnswer().type("dblAngleX", "-60").type("dblAngleZ", "30").accept()});
     stage.save("cantilever-cells", driver.picture());

@@ -69,7 +69,8 @@ void exampleDevices(Stage &stage)
                           DialogAnswer().fileName(file).accept()},
                          [&driver] { driver.typeIntoConsole("N"); });
         Stage::expect(driver.volumes().size() == 1, "the list has made a device");
-        driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "350").accept()});
+        stage.lookAt(30, 30, 15);
+        driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "850").accept()});
         driver.trigger("actionManual_View", {DialogAnswer()
                                                  .type("dblAngleX", device.aboutX)
                                                  .type("dblAngleZ", device.aboutZ)

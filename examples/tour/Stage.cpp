@@ -5,6 +5,7 @@
 #include "Core/Workspace.h"
 #include "Model/Automaton/TotalVolume.h"
 
+#include <QAction>
 #include <QTextStream>
 
 #include <algorithm>
@@ -22,9 +23,20 @@ void Stage::startWithWafer()
     m_driver.trigger("actionNew", {DialogAnswer().accept()});
     expect(m_driver.volumes().empty(), "the document is empty again");
     m_driver.trigger("actionCreate_Substrate", {DialogAnswer().accept()});
+    // The middle of the wafer.
+    lookAt(50, 50, 15);
     m_driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "500").accept()});
     m_driver.trigger("actionManual_View",
                      {DialogAnswer().type("dblAngleX", "-60").type("dblAngleZ", "30").accept()});
+}
+
+void Stage::lookAt(int x, int y, int z)
+{
+    m_driver.trigger("actionTranslate", {DialogAnswer()
+                                             .type("dblDistanceX", QString::number(-x))
+                                             .type("dblDistanceY", QString::number(-y))
+                                             .type("dblDistanceZ", QString::number(-z))
+                                             .accept()});
 }
 
 void Stage::selectVolume()
@@ -34,7 +46,9 @@ void Stage::selectVolume()
 
 void Stage::selectObjectAt(const QPoint &place)
 {
-    m_driver.trigger("actionSelect");
+    // A batch run that began without a volume leaves the mode on.
+    if (!m_driver.action("actionSelect").isChecked())
+        m_driver.trigger("actionSelect");
     m_driver.click(place);
     expect(m_driver.workspace().pointer().selectedObjects().size() == 1,
            "a click selects the volume");

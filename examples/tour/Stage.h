@@ -23,6 +23,8 @@ public:
 
     /// Empties the document and puts the default wafer into it, seen from above the front.
     void startWithWafer();
+    /// Moves that place of the world into the middle of the view.
+    void lookAt(int x, int y, int z);
     /// Picks the volume that lies in the middle of the view.
     void selectVolume();
     /// Picks what lies at that pixel of the view.

@@ -89,12 +89,8 @@ void atomsOfAPit(Stage &stage)
                                                   .type("sbxTotalHeight", "12")
                                                   .type("sbxSubsHeight", "8")
                                                   .accept()});
-    driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "120").accept()});
-    driver.trigger("actionTranslate", {DialogAnswer()
-                                           .type("dblDistanceX", "40")
-                                           .type("dblDistanceY", "40")
-                                           .type("dblDistanceZ", "10")
-                                           .accept()});
+    driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "2600").accept()});
+    stage.lookAt(10, 10, 5);
     driver.trigger("actionManual_View",
                    {DialogAnswer().type("dblAngleX", "-45").type("dblAngleZ", "20").accept()});
     stage.process(

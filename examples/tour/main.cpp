@@ -76,11 +76,7 @@ private:
             "the substrate is announced");
         expect(m_driver.volumes().size() == 1, "there is one volume");
         // The middle of the wafer belongs in the middle of the window.
-        m_driver.trigger("actionTranslate", {DialogAnswer()
-                                                 .type("dblDistanceX", "-50")
-                                                 .type("dblDistanceY", "-50")
-                                                 .type("dblDistanceZ", "-15")
-                                                 .accept()});
+        m_stage.lookAt(50, 50, 15);
         m_driver.trigger("actionZoom", {DialogAnswer().type("dblZoom", "500").accept()});
         m_driver.trigger(
             "actionManual_View",
