@@ -500,7 +500,8 @@ protected:
 
     void runIsLoggedWithItsTimes()
     {
-        const Fakes::Log rest = {"debug: Running etching", surfaceLine,
+        const Fakes::Log rest = {"debug: Running etching",
+                                 surfaceLine,
                                  "debug: Total time to allocate and run N",
                                  "debug: Building unit cells",
                                  "debug: Building atoms",

@@ -1,8 +1,8 @@
 #include "Model/Automaton/DirectFaceBuilder.h"
 
 #include "Model/Automaton/Voxel.h"
+#include "Util/FutureGroup.h"
 
-#include <QFuture>
 #include <QThreadPool>
 #include <QtConcurrentRun>
 
@@ -133,18 +133,18 @@ void DirectFaceBuilder::runStrips(StripFunction strip, bool singleStripOnPool, F
     }
     const std::uint32_t strips = width == 0 ? 1 : threads;
     std::vector<StripLists> lists(strips);
-    std::vector<QFuture<void>> futures;
+    Util::FutureGroup runs;
     for (std::uint32_t i = 0; i < strips; ++i) {
         const std::uint32_t firstX = lower + i * width;
         const std::uint32_t endX = i + 1 == strips ? upper : firstX + width;
         opaque.lendSpareBlocks(lists[i].opaque, i, strips);
         transparent.lendSpareBlocks(lists[i].transparent, i, strips);
-        futures.push_back(
+        runs.add(
             QtConcurrent::run(boost::bind(strip, this, firstX, endX, boost::ref(lists[i].opaque),
                                           boost::ref(lists[i].transparent), m_voxels)));
     }
+    runs.wait();
     for (std::uint32_t i = 0; i < strips; ++i) {
-        futures[i].waitForFinished();
         opaque.splice(lists[i].opaque);
         transparent.splice(lists[i].transparent);
     }

@@ -6,8 +6,8 @@
 #include "Model/Automaton/TotalVolume.h"
 #include "Model/Automaton/VertexLattice.h"
 #include "Model/Materials/MaterialFactory.h"
+#include "Util/FutureGroup.h"
 
-#include <QFuture>
 #include <QMutexLocker>
 #include <QThreadPool>
 #include <QtConcurrentRun>
@@ -33,11 +33,10 @@ void runStrips(std::size_t strips, const std::function<void(std::size_t)> &act)
         act(0);
         return;
     }
-    std::vector<QFuture<void>> futures;
+    Util::FutureGroup runs;
     for (std::size_t i = 0; i < strips; ++i)
-        futures.push_back(QtConcurrent::run(boost::bind<void>(act, i)));
-    for (QFuture<void> &future : futures)
-        future.waitForFinished();
+        runs.add(QtConcurrent::run(boost::bind<void>(act, i)));
+    runs.wait();
 }
 
 std::vector<MarchingCubeStrip> stripsOf(const MarchingCubeGrid &grid)

@@ -1,15 +1,14 @@
 #include "Core/Operations/CellularProcess/StripRun.h"
 
 #include "Model/Automaton/TotalVolume.h"
+#include "Util/FutureGroup.h"
 
-#include <QFuture>
 #include <QThreadPool>
 #include <QtConcurrentRun>
 
 #include <boost/bind/bind.hpp>
 
 #include <algorithm>
-#include <vector>
 
 namespace Core::Operations {
 
@@ -43,12 +42,10 @@ void StripRun::runPhase(const StripFunction &function) const
         function(start(0), end(0), 0);
         return;
     }
-    std::vector<QFuture<void>> futures;
+    Util::FutureGroup runs;
     for (std::uint32_t strip = 0; strip < strips(); ++strip)
-        futures.push_back(
-            QtConcurrent::run(boost::bind<void>(function, start(strip), end(strip), strip)));
-    for (QFuture<void> &future : futures)
-        future.waitForFinished();
+        runs.add(QtConcurrent::run(boost::bind<void>(function, start(strip), end(strip), strip)));
+    runs.wait();
 }
 
 } // namespace Core::Operations

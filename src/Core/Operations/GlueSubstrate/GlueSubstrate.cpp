@@ -5,8 +5,8 @@
 #include "Core/Operations/CellularProcess/StripRun.h"
 #include "Model/Automaton/CellCount.h"
 #include "Model/Automaton/TotalVolume.h"
+#include "Util/FutureGroup.h"
 
-#include <QFuture>
 #include <QThreadPool>
 #include <QtConcurrentRun>
 
@@ -148,11 +148,10 @@ std::vector<std::uint32_t> GlueSubstrate::glue()
         m_threads = 1;
         worker(0);
     } else {
-        std::vector<QFuture<void>> futures;
+        Util::FutureGroup runs;
         for (std::uint32_t thread = 0; thread < m_threads; ++thread)
-            futures.push_back(QtConcurrent::run(this, &GlueSubstrate::worker, thread));
-        for (QFuture<void> &future : futures)
-            future.waitForFinished();
+            runs.add(QtConcurrent::run(this, &GlueSubstrate::worker, thread));
+        runs.wait();
     }
     return std::move(m_ids);
 }

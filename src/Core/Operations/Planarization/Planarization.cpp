@@ -4,16 +4,15 @@
 #include "Core/Operations/CellularProcess/StripRun.h"
 #include "Core/Operations/CellularProcess/TakenVoxels.h"
 #include "Model/Automaton/TotalVolume.h"
+#include "Util/FutureGroup.h"
 
 #include <QDebug>
 #include <QElapsedTimer>
-#include <QFuture>
 #include <QThreadPool>
 #include <QtConcurrentRun>
 
 #include <algorithm>
 #include <cstddef>
-#include <vector>
 
 namespace Core::Operations {
 
@@ -59,11 +58,10 @@ void Planarization::runPlanarization()
     if (width < NarrowestStrip) {
         runThread(0);
     } else {
-        std::vector<QFuture<void>> futures;
+        Util::FutureGroup runs;
         for (std::uint32_t thread = 0; thread < threads; ++thread)
-            futures.push_back(QtConcurrent::run(this, &Planarization::runThread, thread));
-        for (QFuture<void> &future : futures)
-            future.waitForFinished();
+            runs.add(QtConcurrent::run(this, &Planarization::runThread, thread));
+        runs.wait();
     }
     qDebug().nospace() << "Elapsed time " << timer.elapsed();
 }

@@ -1,13 +1,13 @@
 #include "Core/Operations/ReactiveIonEtching/SimpleReactiveIonEtching.h"
 
+#include "Util/FutureGroup.h"
+
 #include <QDebug>
-#include <QFuture>
 #include <QThreadPool>
 #include <QtConcurrentRun>
 
 #include <algorithm>
 #include <cstddef>
-#include <vector>
 
 namespace Core::Operations {
 
@@ -42,11 +42,10 @@ void SimpleReactiveIonEtching::runEtching()
 // On the pool also for a single strip.
 void SimpleReactiveIonEtching::runPhase(void (SimpleReactiveIonEtching::*function)(std::uint32_t))
 {
-    std::vector<QFuture<void>> futures;
+    Util::FutureGroup runs;
     for (std::uint32_t strip = 0; strip < m_threads; ++strip)
-        futures.push_back(QtConcurrent::run(this, function, strip));
-    for (QFuture<void> &future : futures)
-        future.waitForFinished();
+        runs.add(QtConcurrent::run(this, function, strip));
+    runs.wait();
 }
 
 void SimpleReactiveIonEtching::runPartialInitialization(std::uint32_t strip)
