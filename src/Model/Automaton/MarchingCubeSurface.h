@@ -66,9 +66,9 @@ public:
 
     /// Draws the triangles in one batch, each vertex in the present colour of its material,
     /// highlighted if the volume is selected, so that neither needs a rebuild. Materials that the
-    /// registry lacks have the empty material's colour on purpose: they look as they do in the other
-    /// surfaces, whatever was drawn before them. The alpha of a colour is not used, and the surface
-    /// has no edges to show: the flag has no effect.
+    /// registry lacks have the empty material's colour on purpose: they look as they do in the
+    /// other surfaces, whatever was drawn before them. The alpha of a colour is not used, and the
+    /// surface has no edges to show: the flag has no effect.
     void draw(bool showEdges);
 
     const TriangleList &triangles() const { return m_triangles; }

@@ -9,11 +9,11 @@ class QOpenGLContextGroup;
 
 namespace Model::Geometry {
 
-/// One vertex buffer of OpenGL, for one window at a time. It remembers which contexts know its name,
-/// so that it never takes a buffer of another window for its own and can be let go of without a
-/// context: what is left then goes with the context that made it. The same holds for the buffer of
-/// an earlier window once another one has filled it anew, so drawing in two windows by turns fills
-/// the memory of both. Belongs to the thread of those contexts.
+/// One vertex buffer of OpenGL, for one window at a time. It remembers which contexts know its
+/// name, so that it never takes a buffer of another window for its own and can be let go of without
+/// a context: what is left then goes with the context that made it. The same holds for the buffer
+/// of an earlier window once another one has filled it anew, so drawing in two windows by turns
+/// fills the memory of both. Belongs to the thread of those contexts.
 class DrawBuffer final
 {
 public:
