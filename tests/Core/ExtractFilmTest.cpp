@@ -294,6 +294,22 @@ TEST_F(ExtractFilmTest, NextOperationCancelsOneThatStillAsks)
     EXPECT_TRUE(first.expired());
 }
 
+TEST_F(ExtractFilmTest, EachTellsItsOwnObserver)
+{
+    const auto observed = [](const std::string &entry) {
+        const auto operation = boost::make_shared<ExtractFilm>(&workspace());
+        operation->setObserver(Fakes::logging(log(), entry));
+        return operation;
+    };
+    const Shared first = observed("first");
+    const Shared second = observed("second");
+    for (const Shared &operation : {first, second}) {
+        select({m_source});
+        operation->next();
+        EXPECT_EQ(log().back(), operation == first ? "first" : "second");
+    }
+}
+
 TEST_F(ExtractFilmTest, WithoutAnObserverItWaitsForItsValues)
 {
     m_observed = false;

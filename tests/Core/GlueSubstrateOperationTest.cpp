@@ -581,6 +581,47 @@ TEST_F(GlueSubstrateOperationTest, ValuesBeyondTheLimitsCutTheTopOff)
     }));
 }
 
+TEST_F(GlueSubstrateOperationTest, FinalSizeWithoutRoomAboveTheBaseLeavesTheTopOut)
+{
+    // The base has four layers.
+    for (const std::uint32_t sizeZ : {1U, 3U, 4U}) {
+        for (const bool invert : {false, true}) {
+            glue(m_base, m_top, [=](GlueSubstrateOperation &operation) {
+                operation.setFinalSize(6, 7, sizeZ);
+                operation.setDisplacement(2, 0);
+                operation.setInvertTop(invert);
+            });
+            const Volume made = result();
+            ASSERT_NE(made, nullptr);
+            Fakes::expectMaterials(*made,
+                                   Support::materialsBy({6, 7, sizeZ}, [](auto, auto y, auto) {
+                                       return y < 5 ? silicon : 0U;
+                                   }));
+            workspace().history().undo();
+        }
+    }
+}
+
+TEST_F(GlueSubstrateOperationTest, FinalSizeOfZeroGivesAVolumeWithoutCells)
+{
+    const std::uint32_t sizes[][3] = {{0, 7, 9}, {6, 0, 9}, {6, 7, 0}, {0, 0, 0}};
+    for (const auto &size : sizes) {
+        for (const bool invert : {false, true}) {
+            glue(m_base, m_top, [&](GlueSubstrateOperation &operation) {
+                operation.setFinalSize(size[0], size[1], size[2]);
+                operation.setInvertTop(invert);
+            });
+            const Volume made = result();
+            ASSERT_NE(made, nullptr);
+            EXPECT_EQ(made->sizeX(), size[0]);
+            EXPECT_EQ(made->sizeY(), size[1]);
+            EXPECT_EQ(made->sizeZ(), size[2]);
+            EXPECT_TRUE(Support::materialsOf(*made).empty());
+            workspace().history().undo();
+        }
+    }
+}
+
 TEST_F(GlueSubstrateOperationTest, CavityOnTheUndersideOfTheTopStaysOpenAtTheJoint)
 {
     const auto isCavity = [](std::uint32_t x, std::uint32_t y) {

@@ -266,6 +266,18 @@ TEST_F(RunModelExtractionTest, EmptyVolumeYieldsAnEmptyModelAndNoNetlist)
     EXPECT_EQ(current()->netlist(), "");
 }
 
+// Its arrays are shorter than its sizes promise.
+TEST_F(RunModelExtractionTest, VolumeWhoseCellCountWrappedHasNoBoxes)
+{
+    workspace().document().reset();
+    m_volume = Support::makeVolume({65536, 65536, 4}, std::vector<std::uint32_t>());
+    workspace().document().addObject(m_volume);
+    startBothSteps();
+    ASSERT_EQ(models().size(), 1U);
+    EXPECT_TRUE(models().front()->envelopes().empty());
+    EXPECT_EQ(current()->netlist(), "");
+}
+
 TEST_F(RunModelExtractionTest, VolumeOfOneMaterialYieldsOneBoxAndNoBeam)
 {
     use([](auto, auto, auto) { return 2U; });

@@ -1,5 +1,7 @@
 #include "Model/ModelExtraction/CuboidDecomposer.h"
 
+#include "Model/Automaton/CellCount.h"
+#include "Model/Automaton/TakenCells.h"
 #include "Model/Automaton/TotalVolume.h"
 #include "Model/Automaton/Voxel.h"
 
@@ -14,12 +16,15 @@ CuboidDecomposer::CuboidDecomposer(Automaton::TotalVolume *volume) : m_volume(vo
 void CuboidDecomposer::run()
 {
     m_envelopes.clear();
-    if (m_volume->sizeX() == 0 || m_volume->sizeY() == 0 || m_volume->sizeZ() == 0)
+    // None, or more than its arrays hold.
+    if (Automaton::countCells(m_volume->sizeX(), m_volume->sizeY(), m_volume->sizeZ())
+            .value_or(0) == 0)
         return;
-    const Voxel *voxels = m_volume->voxels();
-    findCuts(voxels);
-    findEnvelopes(voxels);
-    m_volume->releaseVoxels();
+    {
+        const Automaton::TakenCells voxels(*m_volume);
+        findCuts(voxels.cells());
+        findEnvelopes(voxels.cells());
+    }
     findNeighbours();
 }
 

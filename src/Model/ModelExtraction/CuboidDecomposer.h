@@ -32,7 +32,8 @@ public:
 
     /// Fills the list, anew with each call, and tells each box its neighbours: two boxes are
     /// neighbours if a face of the one is a face of the other, whole. Takes the volume's cell lock
-    /// meanwhile. A volume without cells has no boxes.
+    /// meanwhile, and gives it back too if memory runs out, which throws std::bad_alloc. A volume
+    /// without cells has no boxes, nor has one with more cells than 32 bits can count.
     void run();
 
     /// The boxes in the order in which their seeds left the stack; shared, not copied.

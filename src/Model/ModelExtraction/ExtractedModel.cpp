@@ -18,8 +18,8 @@ constexpr float Palette[PaletteSize][3] = {
     {0.5f, 0.0f, 0.5f}, {0.0f, 0.0f, 0.5f},
 };
 constexpr float OutlineShade = 0.25f;
-/// How far faces stand back behind the outlines that lie in them, in steps of the depth buffer:
-/// what the depths of a face and of a line in one place differ by at most, and as much again.
+/// How far faces stand back behind the outlines that lie in them, in steps of the depth buffer. With
+/// 64 parts of the outlines were still hidden by the software renderer.
 constexpr float OutlineOffset = 512.0f;
 
 /// Drawing units of a cell along x, y and z. A model does not know its volume: these are the

@@ -2,9 +2,9 @@
 
 #include "Core/Operations/CellularProcess/CellRuns.h"
 #include "Core/Operations/CellularProcess/FrontList.h"
-#include "Core/Operations/CellularProcess/ReadVoxels.h"
 #include "Core/Operations/CellularProcess/StripRun.h"
 #include "Model/Automaton/CellCount.h"
+#include "Model/Automaton/TakenCells.h"
 #include "Model/Automaton/TotalVolume.h"
 
 #include <algorithm>
@@ -12,6 +12,7 @@
 
 namespace Core::Operations {
 
+using Model::Automaton::TakenCells;
 using Model::Automaton::TotalVolume;
 using Model::Automaton::Voxel;
 
@@ -200,7 +201,7 @@ std::vector<std::uint32_t> FilmExtraction::extract()
     std::vector<std::uint32_t> ids(std::size_t{m_volume->sizeX()} * sizeY * sizeZ, 0);
     if (m_film == 0 || ids.empty())
         return ids;
-    const ReadVoxels voxels(*m_volume);
+    const TakenCells voxels(*m_volume);
     const StripRun strips(StripRun::layersOf(*m_volume));
     FilmBody body(*m_volume, voxels.cells(), m_film, strips);
     m_found = body.collect();

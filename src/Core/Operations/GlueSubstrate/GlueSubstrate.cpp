@@ -1,9 +1,9 @@
 #include "Core/Operations/GlueSubstrate/GlueSubstrate.h"
 
 #include "Core/Operations/CellularProcess/CellStreams.h"
-#include "Core/Operations/CellularProcess/ReadVoxels.h"
 #include "Core/Operations/CellularProcess/StripRun.h"
 #include "Model/Automaton/CellCount.h"
+#include "Model/Automaton/TakenCells.h"
 #include "Model/Automaton/TotalVolume.h"
 #include "Util/FutureGroup.h"
 
@@ -16,6 +16,7 @@
 
 namespace Core::Operations {
 
+using Model::Automaton::TakenCells;
 using Model::Automaton::TotalVolume;
 using Model::Automaton::Voxel;
 
@@ -71,7 +72,7 @@ Body bodyOf(TotalVolume &volume)
     Body whole{sizeZ, 0};
     if (!hasItsCells(volume))
         return whole;
-    const ReadVoxels voxels(volume);
+    const TakenCells voxels(volume);
     const StripRun strips(StripRun::layersOf(volume), NarrowestStrip);
     std::vector<Body> bodies(strips.strips(), whole);
     strips.runPhase([&](std::int32_t start, std::int32_t end, std::uint32_t strip) {
@@ -137,8 +138,8 @@ bool GlueSubstrate::fits() const
 
 std::vector<std::uint32_t> GlueSubstrate::glue()
 {
-    const ReadVoxels baseVoxels(*m_base);
-    const ReadVoxels topVoxels(*m_top);
+    const TakenCells baseVoxels(*m_base);
+    const TakenCells topVoxels(*m_top);
     m_baseVoxels = baseVoxels.cells();
     m_topVoxels = topVoxels.cells();
     m_ids.assign(std::size_t{m_choices.finalX} * m_choices.finalY * m_choices.finalZ, 0);
@@ -170,6 +171,8 @@ void GlueSubstrate::copyBase(std::uint32_t start, std::uint32_t end)
     const std::uint32_t endX = std::min(end, m_choices.finalX);
     const std::uint32_t endY = std::min(m_baseY, m_choices.finalY);
     const std::uint32_t endZ = std::min({m_measures.baseHeight, m_baseZ, m_choices.finalZ});
+    if (endZ == 0)
+        return;
     for (std::uint32_t x = start; x < endX; ++x) {
         for (std::uint32_t y = 0; y < endY; ++y) {
             const Voxel *from = m_baseVoxels + (std::size_t{x} * m_baseY + y) * m_baseZ;
@@ -190,6 +193,9 @@ void GlueSubstrate::copyTop(std::uint32_t start, std::uint32_t end)
     const std::uint32_t endY = cutOff(m_topY, m_choices.displacementY, m_choices.finalY);
     const std::uint32_t endZ = cutOff(m_measures.topHeight - m_measures.topLowest,
                                       m_measures.baseHeight, m_choices.finalZ);
+    // With no room above the base, its first cell there would lie behind the list.
+    if (endZ == 0)
+        return;
     for (std::uint32_t x = start; x < end; ++x) {
         const std::uint32_t column = m_choices.invertTop ? m_topX - 1 - x : x;
         if (column >= columnsX)

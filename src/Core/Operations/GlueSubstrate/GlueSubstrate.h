@@ -23,8 +23,8 @@ struct GlueMeasures
     /// Layers up to the highest filled cell of the top, that one included; 1 for an empty top.
     std::uint32_t topHeight = 1;
     /// The smallest sizes of the glued volume: the larger of both along x and y; along z the base's
-    /// height and the layers of the top's body. The latter wraps, in 32 bits, for an empty top of
-    /// more than two layers.
+    /// height and the layers of the top's body. This sum wraps, in 32 bits, for an empty top of
+    /// more than baseHeight + 1 layers.
     std::uint32_t minimumX = 0;
     std::uint32_t minimumY = 0;
     std::uint32_t minimumZ = 0;
@@ -88,7 +88,7 @@ public:
 private:
     /// Copies the strip of that number from the base, then from the top. No two workers write the
     /// same cell, also where one is at the top while another is at the base: one stays below the
-    /// base's height, the other above.
+    /// base's height, the other at or above it.
     void worker(std::uint32_t thread);
     void copyBase(std::uint32_t start, std::uint32_t end);
     void copyTop(std::uint32_t start, std::uint32_t end);

@@ -10,6 +10,7 @@
 #include <boost/make_shared.hpp>
 #include <boost/pointer_cast.hpp>
 
+#include <new>
 #include <string>
 #include <utility>
 
@@ -79,9 +80,15 @@ void RunModelExtraction::runPreprocessing()
     if (m_step != DialogOpen || m_extractedModel)
         return;
     m_volume->painter().setHidden(true);
-    CuboidDecomposer decomposer(m_volume.get());
-    decomposer.run();
-    m_extractedModel = boost::make_shared<ExtractedModel>(decomposer.envelopes());
+    try {
+        CuboidDecomposer decomposer(m_volume.get());
+        decomposer.run();
+        m_extractedModel = boost::make_shared<ExtractedModel>(decomposer.envelopes());
+    } catch (const std::bad_alloc &) {
+        m_volume->painter().setHidden(false);
+        write("The boxes of the cell volume do not fit into memory.");
+        return;
+    }
     m_shownModel = m_extractedModel;
     m_workspace->document().addObject(m_shownModel);
     Util::notify(m_workspace->updateObservers());

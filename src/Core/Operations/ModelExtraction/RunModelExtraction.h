@@ -52,7 +52,8 @@ public:
     void end() override;
 
     /// The dialog's first step: shows the boxes of the volume instead of the volume. Does nothing
-    /// without an open dialog, or a second time.
+    /// without an open dialog, or once they are shown. If memory runs out, says so and leaves the
+    /// volume shown.
     void runPreprocessing();
     /// The second step: looks for a cantilever among the boxes and shows its beams beside the
     /// volume. Does nothing before the first, or once beams are shown.
